@@ -1,0 +1,223 @@
+#include "tray_window_win32.h"
+
+#include <dwmapi.h>
+#include "platform/clock_win32.h"
+
+#include "app_identity_win32.h"
+#include "logging/log_file_win32.h"
+#include "platform/paths_win32.h"
+#include "platform/sdk_gaps_win32.h"
+#include "platform/theme_win32.h"
+
+namespace {
+constexpr WPARAM PBT_RESUME_SUSPEND = 7;     // PBT_APMRESUMESUSPEND
+constexpr WPARAM PBT_RESUME_AUTOMATIC = 18;  // PBT_APMRESUMEAUTOMATIC
+}  // namespace
+
+tray_window::~tray_window() {
+    mute_monitor.stop();
+    watchdog.stop_watchdog();
+    toasts.stop();
+    gdiplus.shutdown();
+}
+
+window_class_info tray_window::class_info() noexcept {
+    return {TRAY_WINDOW_CLASS, CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS, IDC_ARROW, COLOR_WINDOW + 1};
+}
+
+LRESULT tray_window::process_message(UINT message, WPARAM w, LPARAM l, bool& handled) {
+    switch (message) {
+        case WM_CREATE: return on_create();
+        case WM_DESTROY: on_destroy(); return 0;
+        case WM_TIMER: on_timer(w); return 0;
+        case WM_COPYDATA: return toasts.on_copy_data(hwnd(), w, l);
+        case WM_TRAY_NOTIFY: on_tray_notify(w, l); return 0;
+        case WM_MIC_ENDPOINT_CHANGED: on_mic_endpoint_changed(w); return 0;
+        case WM_POWERBROADCAST: return on_power_event(w);
+        case WM_INDEX_COUNTS: on_index_counts(w, l); return 0;
+        case WM_WATCHDOG_PING: watchdog.on_ping(); return 0;
+        case WM_SHUTDOWN_DONE: DestroyWindow(hwnd()); return 0;
+        case WM_MIC_STATE: on_mic_state(w, l); return 0;
+        case WM_NAMESPACE_ICON_RETRY: namespace_icon_applied = 0; return 0;
+        case WM_MEASUREITEM: handled = on_measure_item(*reinterpret_cast<MEASUREITEMSTRUCT*>(l)); return TRUE;
+        case WM_DRAWITEM: handled = on_draw_item(*reinterpret_cast<const DRAWITEMSTRUCT*>(l)); return TRUE;
+        case WM_START_DOWNLOAD: start_update_install(); return 0;
+        case WM_VERSION_CHECK_RESULT: on_version_check_result(w); return 0;
+        default: break;
+    }
+    // Registered at run time, so it cannot be a case label.
+    if (taskbar_created_message != 0 && message == taskbar_created_message) {
+        on_taskbar_created();
+        return 0;
+    }
+    if (message == WM_COMMAND) {
+        BOOL command_handled = TRUE;
+        const LRESULT result = on_command(HIWORD(w), LOWORD(w), reinterpret_cast<HWND>(l), command_handled);
+        handled = command_handled != FALSE;
+        return result;
+    }
+    handled = false;
+    return 0;
+}
+
+LRESULT tray_window::on_create() {
+    taskbar_created_message = RegisterWindowMessageW(L"TaskbarCreated");
+    const std::wstring icon_path = (module_folder() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring();
+    // Toasts of an unpackaged process take their name and icon from these values.
+    if (sdk::has_no_package()) register_app_user_model_display(icon_path);
+    if (!toasts.running()) toasts.start();
+
+    dark_mode = is_dark_mode();
+    const BOOL dark = dark_mode ? TRUE : FALSE;
+    DwmSetWindowAttribute(hwnd(), sdk::DWMWA_USE_IMMERSIVE_DARK_MODE, &dark, sizeof(dark));
+    const DWORD round = sdk::DWMWCP_ROUND;
+    DwmSetWindowAttribute(hwnd(), sdk::DWMWA_WINDOW_CORNER_PREFERENCE, &round, sizeof(round));
+
+    update_tray_icon();
+    start_reconcile();
+    apply_microphone_settings();
+    SetTimer(hwnd(), TIMER_SETTINGS_POLL, settings_poll_ms, nullptr);
+    launch_hotkey_handler();
+    start_shell_handler_repair();
+    start_package_registrations();
+    install_window_event_hook();
+    SetTimer(hwnd(), TIMER_INDEX_POLL, index_first_poll_ms, nullptr);
+    SetTimer(hwnd(), TIMER_VERSION_CHECK, version_first_check_ms, nullptr);
+    if (update_completed_since_last_start()) {
+        update_notice_pending = true;
+        SetTimer(hwnd(), TIMER_UPDATE_NOTICE, 5000, nullptr);
+    }
+    watchdog.start_watchdog(hwnd(), log_folder(LOG_SUBJECT));
+    return 0;
+}
+
+void tray_window::on_destroy() {
+    // The watchdog goes first, so that the teardown below cannot look like a hang.
+    watchdog.stop_watchdog();
+    // TIMER_UPDATE_NOTICE is one-shot and ends with the window.
+    for (const UINT_PTR id : {TIMER_INDEX_POLL, TIMER_VERSION_CHECK, TIMER_SETTINGS_POLL, TIMER_SINGLE_CLICK,
+                              TIMER_RECONCILE_DELAY}) {
+        KillTimer(hwnd(), id);
+    }
+    uninstall_window_event_hook();
+    toasts.stop();
+    mute_monitor.stop();
+    remove_microphone_icon();
+    mic_icon_handle.reset();
+    remove_tray_icon();
+    main_icon.reset();
+    PostQuitMessage(0);
+}
+
+void tray_window::on_timer(UINT_PTR id) {
+    switch (id) {
+        case TIMER_INDEX_POLL:
+            if (!sampling_in_flight) {
+                sampling_in_flight = true;
+                start_index_sample_thread();
+            }
+            SetTimer(hwnd(), TIMER_INDEX_POLL, index_poll_ms, nullptr);
+            return;
+        case TIMER_VERSION_CHECK:
+            if (!version_check_in_flight) {
+                version_check_in_flight = true;
+                start_version_check_thread();
+            }
+            SetTimer(hwnd(), TIMER_VERSION_CHECK, version_check_ms, nullptr);
+            return;
+        case TIMER_SETTINGS_POLL:
+            apply_microphone_settings();
+            return;
+        case TIMER_SINGLE_CLICK:
+            apply_click_decision(tray_clicks::on_single_click_timer(clicks));
+            return;
+        case TIMER_RECONCILE_DELAY:
+            KillTimer(hwnd(), TIMER_RECONCILE_DELAY);
+            start_reconcile();
+            return;
+        case TIMER_UPDATE_NOTICE:
+        default:
+            // The update notice is the fall-through: any other id ends in a refresh too, harmlessly.
+            KillTimer(hwnd(), id);
+            if (update_notice_pending) {
+                update_notice_pending = false;
+                show_update_complete_toast();
+            }
+            refresh_tray_state();
+            return;
+    }
+}
+
+void tray_window::on_tray_notify(WPARAM icon_id, LPARAM mouse_message) {
+    POINT cursor{};
+    std::optional<tray_clicks::point> where;
+    if (GetCursorPos(&cursor)) where = tray_clicks::point{cursor.x, cursor.y};
+    apply_click_decision(tray_clicks::on_icon_message(clicks, static_cast<uint32_t>(icon_id),
+                                                      static_cast<uint32_t>(LOWORD(mouse_message)), where));
+}
+
+void tray_window::apply_click_decision(const tray_clicks::decision& d) {
+    if (d.kill_single_click_timer) KillTimer(hwnd(), TIMER_SINGLE_CLICK);
+    if (d.start_single_click_timer) SetTimer(hwnd(), TIMER_SINGLE_CLICK, GetDoubleClickTime(), nullptr);
+    if (d.open_settings) open_settings_off_ui_thread();
+    if (d.toggle_microphone) toggle_microphone_mute();
+    if (d.show_menu) show_tray_menu(d.show_menu->at, d.show_menu->from_left_click);
+}
+
+LRESULT tray_window::on_power_event(WPARAM event) {
+    if (event == PBT_RESUME_SUSPEND || event == PBT_RESUME_AUTOMATIC) {
+        // Time asleep is no stall: the stall clock starts again.
+        progress_baseline_ms = active_time_ms();
+        prompt_shown = false;
+    }
+    return TRUE;
+}
+
+void tray_window::on_version_check_result(WPARAM status) {
+    version_check_in_flight = false;
+    update_status = static_cast<uint32_t>(status);
+    download_toast_shown = false;
+    refresh_tray_state();
+}
+
+void tray_window::on_mic_endpoint_changed(WPARAM default_changed) {
+    if (default_changed == 1 && mute_monitor.started()) mute_monitor.rearm_on_default_device();
+    refresh_mic_state_async();
+}
+
+void tray_window::on_taskbar_created() {
+    update_tray_icon();
+    mic_icon_shown = false;
+    if (mic_monitoring) refresh_mic_state_async();
+    // A new Explorer needs the context-menu replacement armed again.
+    start_reconcile();
+}
+
+LRESULT tray_window::on_command(WORD, WORD id, HWND, BOOL& handled) {
+    switch (id) {
+        case ID_TRAY_SETTINGS: open_settings_off_ui_thread(); break;
+        case ID_TRAY_INDEXING_STATUS: on_indexing_status(); break;
+        case ID_TRAY_UPDATE: on_update(); break;
+        case ID_TRAY_FEEDBACK: on_feedback(); break;
+        case ID_TRAY_SUPPORT: on_support_development(); break;
+        case ID_TRAY_EXIT: on_exit(); break;
+        default: handled = FALSE; break;
+    }
+    return 0;
+}
+
+void tray_window::on_exit() {
+    // The icons vanish at once, even though the suite takes a moment to close.
+    remove_microphone_icon();
+    remove_tray_icon();
+    if (shutting_down) return;
+    shutting_down = true;
+    start_shutdown_suite();
+}
+
+void tray_window::refresh_tray_state() {
+    dark_mode = is_dark_mode();
+    show_download_toast_as_needed();
+    update_tray_icon();
+    maybe_prompt_index_stall();
+}

@@ -1,0 +1,131 @@
+#pragma once
+
+#include <windows.h>
+
+#include "placeholders_win32.h"
+#include "platform/gdiplus_session_win32.h"
+#include "platform/unique_resource_win32.h"
+#include "platform/window_impl_win32.h"
+#include "tray_clicks.h"
+#include "tray_messages.h"
+
+#include <cstdint>
+#include <vector>
+
+// The colours and DPI of the owner-drawn menu while it is up.
+struct menu_metrics_record {
+    uint32_t dpi = 96;
+    COLORREF background = 0, text = 0, hover = 0, separator = 0;
+};
+
+// The one top-level window of the process and the hub of the tray: it owns the timers that pace every
+// periodic job, takes the results of background threads as posted messages, answers the notification
+// icons and runs the menu. Handlers' insides live with their subsystems.
+class tray_window : public window_impl<tray_window> {
+public:
+    tray_window() = default;
+    ~tray_window();
+
+    static window_class_info class_info() noexcept;
+    LRESULT process_message(UINT message, WPARAM w, LPARAM l, bool& handled);
+
+    // Operations that the subsystems call back.
+    void refresh_tray_state();
+    void update_tray_icon();
+    void remove_tray_icon();
+    void show_tray_menu(tray_clicks::point at, bool from_left_click);
+    void show_download_toast_as_needed();
+    void show_update_complete_toast();
+    void refresh_mic_state_async();
+    void toggle_microphone_mute();
+    void remove_microphone_icon();
+    void update_namespace_root_icon();
+    void apply_microphone_settings();
+
+private:
+    LRESULT on_create();
+    void on_destroy();
+    void on_timer(UINT_PTR id);
+    void on_tray_notify(WPARAM icon_id, LPARAM mouse_message);
+    LRESULT on_power_event(WPARAM event);
+    void on_index_counts(WPARAM items_to_index, LPARAM total_items);
+    void on_version_check_result(WPARAM status);
+    void on_mic_endpoint_changed(WPARAM default_changed);
+    void on_mic_state(WPARAM flags, LPARAM generation);
+    bool on_measure_item(MEASUREITEMSTRUCT& item);
+    bool on_draw_item(const DRAWITEMSTRUCT& item);
+    void on_taskbar_created();
+    LRESULT on_command(WORD code, WORD id, HWND control, BOOL& handled);
+
+    // Commands.
+    void open_settings_off_ui_thread();
+    void on_indexing_status();
+    void on_update();
+    void on_feedback();
+    void on_support_development();
+    void on_exit();
+
+    // Work that later modules start.
+    void apply_click_decision(const tray_clicks::decision& d);
+    void start_index_sample_thread();
+    void start_version_check_thread();
+    void start_update_install();
+    void maybe_prompt_index_stall();
+    void start_reconcile();
+    void launch_hotkey_handler();
+    void start_shell_handler_repair();
+    void start_package_registrations();
+    void install_window_event_hook();
+    void uninstall_window_event_hook();
+    bool update_completed_since_last_start();
+    void start_shutdown_suite();
+
+public:
+    // Intervals and thresholds: constants of this window.
+    uint32_t settings_poll_ms = 3000;
+    uint32_t index_first_poll_ms = 60000;
+    uint32_t index_poll_ms = 15000;
+    uint64_t stall_threshold_ms = 10800000;
+    uint32_t version_first_check_ms = 180000;
+    uint32_t version_check_ms = 3600000;
+
+private:
+    std::vector<tray_menu_item> menu_items;
+    unique_hgdiobj menu_font;
+    unique_hgdiobj menu_background_brush;
+    menu_metrics_record menu_metrics;
+    gdiplus_session gdiplus;
+    unique_hicon main_icon;
+    UINT taskbar_created_message = 0;
+    uint32_t indexing_status = 4;  // index_status_complete
+    bool sampling_in_flight = false;
+    bool version_check_in_flight = false;
+    bool menu_open = false;
+    uint32_t namespace_icon_applied = 0;
+    uint32_t update_status = 2;  // up to date
+    bool download_toast_shown = false;
+    bool update_notice_pending = false;
+    bool dark_mode = false;
+    tray_clicks::state clicks;  // single_click_pending, click_point, click_point_valid, swallow_next_click
+    int32_t last_items_to_index = -1;
+    uint32_t last_total_items = 0;
+    uint64_t progress_baseline_ms = 0;
+    bool prompt_shown = false;
+    bool prompt_open = false;
+    toast_dispatcher toasts;
+    ui_watchdog watchdog;
+    microphone_mute::mute_monitor mute_monitor;
+    unique_hicon mic_icon_handle;
+    bool mic_icon_shown = false;
+    bool mic_muted = false;
+    bool mic_present = false;
+    bool mic_monitoring = false;
+    bool show_when_muted = true;
+    bool show_when_on = true;
+    bool mic_icon_muted = false;
+    bool mic_icon_dark = false;
+    uint64_t mic_generation = 0;
+    bool mic_refresh_in_flight = false;
+    bool mic_refresh_again = false;
+    bool shutting_down = false;
+};

@@ -1,0 +1,68 @@
+# Windows: Veldrake.SystemTray.exe, the core tests again, the Win32 tests, the end-to-end harness and
+# the sibling-program doubles. Everything is linked statically so that a bare Wine prefix runs it.
+enable_language(RC)
+
+set(veldrake_bin "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${veldrake_bin}")
+add_compile_definitions(UNICODE _UNICODE NOMINMAX _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+add_link_options(-static -municode)
+
+# The core's few platform pieces (string conversion, thread ids) are Win32 here, so one library
+# holds both.
+target_sources(veldrake_core PRIVATE ${veldrake_win32_sources})
+target_link_libraries(veldrake_core PUBLIC
+    user32 gdi32 gdiplus shell32 shlwapi ole32 oleaut32 uuid advapi32 dwmapi comctl32 uxtheme)
+
+configure_file("${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources/system_tray.rc.in"
+               "${CMAKE_BINARY_DIR}/generated/system_tray.rc" @ONLY)
+add_executable(Veldrake.SystemTray WIN32
+    "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/system_tray_main_win32.cpp"
+    "${CMAKE_BINARY_DIR}/generated/system_tray.rc")
+target_include_directories(Veldrake.SystemTray PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources")
+target_link_libraries(Veldrake.SystemTray PRIVATE veldrake_core)
+set_target_properties(Veldrake.SystemTray PROPERTIES OUTPUT_NAME "Veldrake.SystemTray")
+
+# The suite's data files lie beside the exe, in the run layout and in the test layout alike.
+add_custom_target(veldrake_content ALL
+    COMMAND "${CMAKE_COMMAND}" -E copy_directory "${CMAKE_SOURCE_DIR}/Content" "${veldrake_bin}/Content"
+    COMMENT "Content beside the exe")
+
+# GoogleTest, compiled from Debian's sources with mingw.
+set(gtest_disable_pthreads ON CACHE BOOL "" FORCE)
+set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+
+function(veldrake_wine_test_exe name)
+    add_executable(${name} ${ARGN})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
+    target_link_libraries(${name} PRIVATE veldrake_core gtest)
+endfunction()
+
+veldrake_wine_test_exe(veldrake_core_tests ${veldrake_core_test_sources} "${CMAKE_SOURCE_DIR}/Tests/common/gtest_main_win32.cpp")
+veldrake_wine_test_exe(veldrake_win32_tests ${veldrake_win32_test_sources})
+veldrake_wine_test_exe(veldrake_e2e_tests ${veldrake_e2e_test_sources} "${CMAKE_SOURCE_DIR}/Tests/common/gtest_main_win32.cpp")
+add_dependencies(veldrake_e2e_tests Veldrake.SystemTray veldrake_content)
+
+foreach(double_source ${veldrake_double_sources})
+    get_filename_component(double_name "${double_source}" NAME_WE)
+    add_executable(${double_name} "${double_source}")
+    target_include_directories(${double_name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests" "${CMAKE_SOURCE_DIR}/Sources")
+    target_link_libraries(${double_name} PRIVATE veldrake_core)
+endforeach()
+
+# Every Wine tier shares one throwaway prefix and X display per test run.
+set(wine_state "${CMAKE_BINARY_DIR}/wine-run")
+add_test(NAME wine_desktop_start COMMAND "${CMAKE_SOURCE_DIR}/scripts/wine_desktop" start "${wine_state}")
+add_test(NAME wine_desktop_stop COMMAND "${CMAKE_SOURCE_DIR}/scripts/wine_desktop" stop "${wine_state}")
+set_tests_properties(wine_desktop_start PROPERTIES FIXTURES_SETUP wine_desktop TIMEOUT 180 LABELS "wine-core;win32;e2e")
+set_tests_properties(wine_desktop_stop PROPERTIES FIXTURES_CLEANUP wine_desktop TIMEOUT 60 LABELS "wine-core;win32;e2e")
+
+function(veldrake_add_wine_test name label exe timeout)
+    add_test(NAME ${name} COMMAND "${CMAKE_SOURCE_DIR}/scripts/wine_test" "${wine_state}" "$<TARGET_FILE:${exe}>" ${ARGN})
+    set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED wine_desktop LABELS ${label} TIMEOUT ${timeout} RUN_SERIAL ON)
+endfunction()
+
+veldrake_add_wine_test(wine_core wine-core veldrake_core_tests 300)
+veldrake_add_wine_test(win32 win32 veldrake_win32_tests 300)
+veldrake_add_wine_test(e2e e2e veldrake_e2e_tests 600)
