@@ -34,22 +34,19 @@ set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 
 function(veldrake_wine_test_exe name)
-    add_executable(${name} ${ARGN})
+    add_executable(${name} ${ARGN} "${CMAKE_SOURCE_DIR}/Tests/common/wine_process_win32.cpp"
+        "${CMAKE_SOURCE_DIR}/Tests/common/test_registry_win32.cpp")
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
     target_link_libraries(${name} PRIVATE veldrake_core gtest)
 endfunction()
 
 veldrake_wine_test_exe(veldrake_core_tests ${veldrake_core_test_sources} "${CMAKE_SOURCE_DIR}/Tests/common/gtest_main_win32.cpp")
 veldrake_wine_test_exe(veldrake_win32_tests ${veldrake_win32_test_sources})
-veldrake_wine_test_exe(veldrake_e2e_tests ${veldrake_e2e_test_sources} "${CMAKE_SOURCE_DIR}/Tests/common/gtest_main_win32.cpp")
+# The log-sharing test writes through a second process: this same program.
+veldrake_wine_test_exe(veldrake_e2e_tests ${veldrake_e2e_test_sources})
 add_dependencies(veldrake_e2e_tests Veldrake.SystemTray veldrake_content)
 
-foreach(double_source ${veldrake_double_sources})
-    get_filename_component(double_name "${double_source}" NAME_WE)
-    add_executable(${double_name} "${double_source}")
-    target_include_directories(${double_name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests" "${CMAKE_SOURCE_DIR}/Sources")
-    target_link_libraries(${double_name} PRIVATE veldrake_core)
-endforeach()
+include(doubles)
 
 # Every Wine tier shares one throwaway prefix and X display per test run.
 set(wine_state "${CMAKE_BINARY_DIR}/wine-run")

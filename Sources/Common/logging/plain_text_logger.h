@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdio>
+#include "logging/append_file.h"
+
 #include <filesystem>
-#include <memory>
 #include <mutex>
 #include <string_view>
 
@@ -19,13 +19,9 @@ public:
     void write(std::string_view line);   // bytes as they stand
 
 private:
-    struct file_closer {
-        void operator()(std::FILE* f) const noexcept { std::fclose(f); }
-    };
-
     mutable std::mutex lock_;
     bool opened_ = false;  // open was called
-    std::unique_ptr<std::FILE, file_closer> stream_;
+    append_file file_;
 };
 
 // The process-wide logger. It is never destroyed, so detached threads may log until the very end.

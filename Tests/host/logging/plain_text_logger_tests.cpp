@@ -19,6 +19,12 @@ std::filesystem::path fresh_folder(const char* name) {
     return folder;
 }
 
+// The process's logger keeps its file open, and Windows will not delete an open file: leave it.
+void remove_quietly(const std::filesystem::path& folder) {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
+}
+
 std::string read_all(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     std::ostringstream out;
@@ -30,14 +36,16 @@ std::string read_all(const std::filesystem::path& path) {
 
 TEST(plain_text_logger, lines_before_open_go_nowhere_and_reopening_keeps_the_first_file) {
     const auto folder = fresh_folder("open");
-    plain_text_logger logger;
-    logger.write(std::string_view("lost"));
-    logger.open(folder / "first.log");
-    logger.open(folder / "second.log");
-    logger.write(std::string_view("kept"));
+    {
+        plain_text_logger logger;
+        logger.write(std::string_view("lost"));
+        logger.open(folder / "first.log");
+        logger.open(folder / "second.log");
+        logger.write(std::string_view("kept"));
+    }
     EXPECT_EQ(read_all(folder / "first.log"), "kept\n");
     EXPECT_FALSE(std::filesystem::exists(folder / "second.log"));
-    std::filesystem::remove_all(folder);
+    remove_quietly(folder);
 }
 
 TEST(plain_text_logger, appends_utf8_without_bom_and_with_bare_line_feeds) {
@@ -55,7 +63,7 @@ TEST(plain_text_logger, appends_utf8_without_bom_and_with_bare_line_feeds) {
         second.write(std::string_view("second run"));
     }
     EXPECT_EQ(read_all(path), "Gr\xC3\xBC\xC3\x9F" "e \xE7\xB4\xA2\xE5\xBC\x95\n\nsecond run\n");
-    std::filesystem::remove_all(folder);
+    remove_quietly(folder);
 }
 
 TEST(plain_text_logger, unopenable_file_makes_writes_quiet) {
@@ -66,23 +74,25 @@ TEST(plain_text_logger, unopenable_file_makes_writes_quiet) {
     logger.write(std::string_view("nothing"));
     logger.write(std::wstring_view(L"nothing"));
     EXPECT_TRUE(std::filesystem::is_directory(folder));
-    std::filesystem::remove_all(folder);
+    remove_quietly(folder);
 }
 
 TEST(plain_text_logger, threads_never_interleave_inside_a_line) {
     const auto folder = fresh_folder("threads");
     const auto path = folder / "tray.log";
-    plain_text_logger logger;
-    logger.open(path);
     constexpr int writers = 4, lines = 500;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < writers; ++t) {
-        threads.emplace_back([&logger, t] {
-            const std::string body(40 + t * 13, static_cast<char>('a' + t));
-            for (int i = 0; i < lines; ++i) logger.write(std::string_view(fmt::format("{}:{}:{}", t, i, body)));
-        });
+    {
+        plain_text_logger logger;
+        logger.open(path);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < writers; ++t) {
+            threads.emplace_back([&logger, t] {
+                const std::string body(40 + t * 13, static_cast<char>('a' + t));
+                for (int i = 0; i < lines; ++i) logger.write(std::string_view(fmt::format("{}:{}:{}", t, i, body)));
+            });
+        }
+        for (auto& thread : threads) thread.join();
     }
-    for (auto& thread : threads) thread.join();
 
     std::istringstream in(read_all(path));
     std::string line;
@@ -97,7 +107,7 @@ TEST(plain_text_logger, threads_never_interleave_inside_a_line) {
         ++count;
     }
     EXPECT_EQ(count, writers * lines);
-    std::filesystem::remove_all(folder);
+    remove_quietly(folder);
 }
 
 // The process's logger can be opened once per process; this is the one test that does.
@@ -123,5 +133,5 @@ TEST(plain_text_logger, narrow_and_wide_log_calls_write_identical_lines) {
     EXPECT_EQ(a[2], "Starting logging for System Tray (42)");
     EXPECT_EQ(a[2], b[2]);
     EXPECT_EQ(c[1], "UNKNOWN");
-    std::filesystem::remove_all(folder);
+    remove_quietly(folder);
 }

@@ -1,0 +1,50 @@
+#include "common/wine_process_win32.h"
+
+#include <stdexcept>
+
+namespace test_support {
+
+std::filesystem::path this_program() {
+    std::wstring buffer(32768, L'\0');
+    buffer.resize(GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size())));
+    return buffer;
+}
+
+child_process child_process::start(const std::filesystem::path& program, const std::wstring& arguments) {
+    std::wstring command_line = L"\"" + program.wstring() + L"\"";
+    if (!arguments.empty()) command_line += L" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION info{};
+    if (!CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        program.parent_path().c_str(), &startup, &info)) {
+        throw std::runtime_error("CreateProcessW failed with " + std::to_string(GetLastError()));
+    }
+    CloseHandle(info.hThread);
+    child_process child;
+    child.process_.reset(info.hProcess);
+    child.id_ = info.dwProcessId;
+    return child;
+}
+
+uint64_t child_process::creation_time() const {
+    FILETIME created{}, exited{}, kernel{}, user{};
+    GetProcessTimes(process_.get(), &created, &exited, &kernel, &user);
+    return (static_cast<uint64_t>(created.dwHighDateTime) << 32) | created.dwLowDateTime;
+}
+
+std::optional<DWORD> child_process::wait_exit(std::chrono::milliseconds timeout) const {
+    if (WaitForSingleObject(process_.get(), static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0) return std::nullopt;
+    DWORD code = 0;
+    GetExitCodeProcess(process_.get(), &code);
+    return code;
+}
+
+void child_process::terminate() noexcept {
+    if (process_ && running()) {
+        TerminateProcess(process_.get(), 99);
+        WaitForSingleObject(process_.get(), 5000);
+    }
+}
+
+}  // namespace test_support

@@ -1,0 +1,17 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "win32/log_writer_win32.h"
+
+#include <cwchar>
+
+// Besides running the tests, this program is the second writer of the log-sharing test:
+// "--log-writer PATH TAG COUNT".
+int wmain(int argc, wchar_t** argv) {
+    if (argc == 5 && std::wcscmp(argv[1], L"--log-writer") == 0) {
+        return write_tagged_lines(argv[2], argv[3], std::wcstoul(argv[4], nullptr, 10));
+    }
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
