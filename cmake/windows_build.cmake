@@ -21,6 +21,8 @@ add_executable(Veldrake.SystemTray WIN32
 target_include_directories(Veldrake.SystemTray PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources")
 target_link_libraries(Veldrake.SystemTray PRIVATE veldrake_core)
 set_target_properties(Veldrake.SystemTray PROPERTIES OUTPUT_NAME "Veldrake.SystemTray")
+# Symbols stay in the build tree's objects; the shipped exe carries none.
+target_link_options(Veldrake.SystemTray PRIVATE $<$<CONFIG:Release>:-s>)
 
 # The suite's data files lie beside the exe, in the run layout and in the test layout alike.
 add_custom_target(veldrake_content ALL
