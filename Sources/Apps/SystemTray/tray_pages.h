@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+// The maker's pages that the menu opens in the browser. The web host is a build setting, so that
+// tests can point it at a local server.
+namespace tray_pages {
+
+std::wstring feedback_page();
+std::wstring support_page();
+
+}  // namespace tray_pages
