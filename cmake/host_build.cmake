@@ -1,6 +1,11 @@
 # Host: the portable core and its tests, natively.
 target_sources(veldrake_core PRIVATE ${veldrake_host_sources})
 
+if(VELDRAKE_FUZZ)
+    include(fuzz)
+    return()
+endif()
+
 find_package(GTest REQUIRED)
 find_package(Threads REQUIRED)
 include(GoogleTest)
