@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/suite_identity.h"
+
 #include <cstdint>
 
 // The tray window's private messages, timers, notification icons and menu commands, in one place.
@@ -31,10 +33,3 @@ constexpr uint32_t ID_TRAY_EXIT = 2003;
 constexpr uint32_t ID_TRAY_UPDATE = 2004;
 constexpr uint32_t ID_TRAY_FEEDBACK = 2005;
 constexpr uint32_t ID_TRAY_SUPPORT = 2006;
-
-// The tray's identity as other processes of the suite see it.
-constexpr wchar_t TRAY_WINDOW_CLASS[] = L"VeldrakeSystemTrayWnd";
-constexpr wchar_t TRAY_WINDOW_TITLE[] = L"VeldrakeSystemTray";
-constexpr wchar_t TRAY_SINGLE_INSTANCE_MUTEX[] = L"Local\\Veldrake_SystemTray_SingleInstance";
-constexpr wchar_t APP_USER_MODEL_ID[] = L"Kestrane.Veldrake";
-constexpr wchar_t LOG_SUBJECT[] = L"System Tray";
