@@ -1,0 +1,73 @@
+#pragma once
+
+#include "settings/high_level_settings.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string_view>
+
+// A throwaway user and install folder for settings files: LocalAppData and the executable's folder
+// lie under one temporary root, and stamp reads go to the platform and are counted.
+class settings_sandbox final : public common::setting_utilities::settings_file_system {
+public:
+    settings_sandbox() {
+        std::random_device seed;
+        root_ = std::filesystem::temp_directory_path() / fmt::format("veldrake-settings-{:08x}{:08x}", seed(), seed());
+        std::filesystem::create_directories(default_file().parent_path());
+    }
+    settings_sandbox(const settings_sandbox&) = delete;
+    settings_sandbox& operator=(const settings_sandbox&) = delete;
+    ~settings_sandbox() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(root_, ignored);
+    }
+
+    std::filesystem::path local_app_data() override { return root_ / "LocalAppData"; }
+    void* main_module() override { return this; }
+    std::filesystem::path module_file_name(void*) override { return root_ / "App" / "Veldrake.SystemTray.exe"; }
+    std::optional<uint64_t> last_write_time(const std::filesystem::path& file) override {
+        ++stamp_reads;
+        return common::setting_utilities::platform_settings_file_system().last_write_time(file);
+    }
+
+    std::filesystem::path default_file() const {
+        return root_ / "App" / "Content" / "Configurations" / "High Level Settings.json";
+    }
+    std::filesystem::path user_file() const {
+        return root_ / "LocalAppData" / "Kestrane" / "Veldrake" / "Settings" / "High Level Settings.json";
+    }
+
+    // Writes `text` and gives the file a stamp of its own: `hour` hours after a fixed moment, so
+    // that two writes never share a stamp by chance.
+    static void write(const std::filesystem::path& file, std::string_view text, int hour) {
+        {
+            std::ofstream out(file, std::ios::binary | std::ios::trunc);
+            out.write(text.data(), static_cast<std::streamsize>(text.size()));
+        }
+        set_stamp(file, hour);
+    }
+    static void set_stamp(const std::filesystem::path& file, int hour) {
+        const auto base = std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 30);
+        static const auto fixed = std::chrono::floor<std::chrono::seconds>(base);
+        std::filesystem::last_write_time(file, fixed + std::chrono::hours(hour));
+    }
+
+    std::unique_ptr<high_level_settings::settings_file> open() {
+        return std::make_unique<high_level_settings::settings_file>(L"Settings", L"High Level Settings", *this);
+    }
+
+    int stamp_reads = 0;
+
+private:
+    std::filesystem::path root_;
+};
+
+// One app record "x" whose settings object is `settings`, in a document of its own.
+inline std::string document_with_settings(std::string_view settings, std::string_view status = "enabled") {
+    return fmt::format(R"({{"version":"1.0","apps":[{{"app_id":"x","name":"X","status":"{}","settings":{}}}]}})", status,
+                       settings);
+}
