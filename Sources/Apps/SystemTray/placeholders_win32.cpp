@@ -3,9 +3,6 @@
 // Handlers whose subsystems are not built yet. Each does nothing until its module takes it over;
 // the tray runs its timers, icons callbacks and commands through them all the same.
 
-void tray_window::update_tray_icon() {}
-void tray_window::remove_tray_icon() {}
-void tray_window::show_tray_menu(tray_clicks::point, bool) {}
 void tray_window::show_download_toast_as_needed() {}
 void tray_window::show_update_complete_toast() {}
 void tray_window::refresh_mic_state_async() {}
@@ -15,13 +12,8 @@ void tray_window::update_namespace_root_icon() {}
 void tray_window::apply_microphone_settings() {}
 void tray_window::on_index_counts(WPARAM, LPARAM) {}
 void tray_window::on_mic_state(WPARAM, LPARAM) {}
-bool tray_window::on_measure_item(MEASUREITEMSTRUCT&) { return false; }
-bool tray_window::on_draw_item(const DRAWITEMSTRUCT&) { return false; }
 void tray_window::open_settings_off_ui_thread() {}
-void tray_window::on_indexing_status() {}
 void tray_window::on_update() {}
-void tray_window::on_feedback() {}
-void tray_window::on_support_development() {}
 // Sampling and the version check clear their in-flight flags with their result messages; until
 // they exist, the flags stay set after the first tick and nothing more is started.
 void tray_window::start_index_sample_thread() {}

@@ -8,13 +8,6 @@
 #include <filesystem>
 #include <string>
 
-// The owner-drawn menu's record of one item.
-struct tray_menu_item {
-    std::wstring text;
-    HBITMAP bitmap = nullptr;  // not owned
-    bool is_separator = false;
-};
-
 // Shows the suite's toasts one at a time and takes requests of sibling processes over WM_COPYDATA.
 class toast_dispatcher {
 public:

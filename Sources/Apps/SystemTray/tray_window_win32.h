@@ -7,16 +7,11 @@
 #include "platform/unique_resource_win32.h"
 #include "platform/window_impl_win32.h"
 #include "tray_clicks.h"
+#include "tray_menu_win32.h"
 #include "tray_messages.h"
 
 #include <cstdint>
 #include <vector>
-
-// The colours and DPI of the owner-drawn menu while it is up.
-struct menu_metrics_record {
-    uint32_t dpi = 96;
-    COLORREF background = 0, text = 0, hover = 0, separator = 0;
-};
 
 // The one top-level window of the process and the hub of the tray: it owns the timers that pace every
 // periodic job, takes the results of background threads as posted messages, answers the notification
@@ -54,6 +49,9 @@ private:
     void on_mic_state(WPARAM flags, LPARAM generation);
     bool on_measure_item(MEASUREITEMSTRUCT& item);
     bool on_draw_item(const DRAWITEMSTRUCT& item);
+    // The record behind an owner-drawn item's data, or null when it is not one of menu_items.
+    tray_menu_item* menu_record(ULONG_PTR item_data) noexcept;
+    void release_menu_resources();
     void on_taskbar_created();
     LRESULT on_command(WORD code, WORD id, HWND control, BOOL& handled);
 

@@ -1,0 +1,154 @@
+#include "tray_icon_win32.h"
+
+#include <gdiplus.h>
+
+#include "logging/log.h"
+#include "platform/unique_resource_win32.h"
+#include "tray_badge.h"
+#include "tray_messages.h"
+#include "tray_window_win32.h"
+
+#include <shellapi.h>
+
+#include <cstring>
+#include <exception>
+
+namespace gp = Gdiplus::DllExports;
+
+namespace {
+
+constexpr WORD LOGO_RESOURCE = 101;
+constexpr UINT NOTIFY_DATA_SIZE = 976;  // the full NOTIFYICONDATAW of Vista and later
+static_assert(sizeof(NOTIFYICONDATAW) == NOTIFY_DATA_SIZE);
+
+// Owners for the flat GDI+ objects.
+struct gdiplus_objects {
+    Gdiplus::GpBitmap* bitmap = nullptr;
+    Gdiplus::GpGraphics* graphics = nullptr;
+    Gdiplus::GpSolidFill* brush = nullptr;
+    Gdiplus::GpPen* pen = nullptr;
+    ~gdiplus_objects() {
+        if (pen) gp::GdipDeletePen(pen);
+        if (brush) gp::GdipDeleteBrush(brush);
+        if (graphics) gp::GdipDeleteGraphics(graphics);
+        if (bitmap) gp::GdipDisposeImage(bitmap);
+    }
+};
+
+HICON badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module) {
+    const auto logo = static_cast<HICON>(LoadImageW(module, MAKEINTRESOURCEW(LOGO_RESOURCE), IMAGE_ICON,
+                                                    tray_badge::icon_size, tray_badge::icon_size, 0));
+    if (!logo) return nullptr;
+    if (!with_badge) return logo;
+    // The bitmap copies the logo's pixels. A loaded icon is a new handle at each call, and this runs
+    // every 15 seconds: it must go, or the process runs out of GDI handles within days.
+    const unique_hicon logo_owner(logo);
+
+    gdiplus_objects o;
+    if (gp::GdipCreateBitmapFromHICON(logo, &o.bitmap) != Gdiplus::Ok) return nullptr;
+    if (gp::GdipGetImageGraphicsContext(o.bitmap, &o.graphics) != Gdiplus::Ok) return nullptr;
+    gp::GdipSetCompositingMode(o.graphics, Gdiplus::CompositingModeSourceCopy);
+    gp::GdipSetCompositingQuality(o.graphics, Gdiplus::CompositingQualityHighSpeed);
+    gp::GdipSetPixelOffsetMode(o.graphics, Gdiplus::PixelOffsetModeHalf);
+    gp::GdipSetInterpolationMode(o.graphics, Gdiplus::InterpolationModeNearestNeighbor);
+    gp::GdipDrawImageRectI(o.graphics, o.bitmap, 0, 0, tray_badge::icon_size, tray_badge::icon_size);
+
+    // The badge and its outline are opaque, so blending over gives what a copy gives; Wine's fill of
+    // an ellipse in copy mode clears the pixels instead of painting them.
+    gp::GdipSetCompositingMode(o.graphics, Gdiplus::CompositingModeSourceOver);
+    const tray_badge::ellipse e = tray_badge::badge_ellipse;
+    if (gp::GdipCreateSolidFill(colour, &o.brush) != Gdiplus::Ok) return nullptr;
+    gp::GdipFillEllipse(o.graphics, o.brush, e.x, e.y, e.width, e.height);
+    if (gp::GdipCreatePen1(tray_badge::badge_outline(dark), 1.0f, Gdiplus::UnitWorld, &o.pen) != Gdiplus::Ok) {
+        return nullptr;
+    }
+    gp::GdipDrawEllipse(o.graphics, o.pen, e.x, e.y, e.width, e.height);
+
+    HICON icon = nullptr;
+    if (gp::GdipCreateHICONFromBitmap(o.bitmap, &icon) != Gdiplus::Ok) return nullptr;
+    return icon;
+}
+
+}  // namespace
+
+HICON render_badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module) {
+    try {
+        return badge_icon(with_badge, colour, dark, module);
+    } catch (const std::exception& e) {
+        logging::log(log_severity::error, "Exception in create_system_tray_icon_with_optional_overlay: {}", e.what());
+    } catch (...) {
+        logging::log(log_severity::error, "Unknown exception in create_system_tray_icon_with_optional_overlay");
+    }
+    return nullptr;
+}
+
+HBITMAP render_status_dot(uint32_t colour, bool dark) {
+    const int size = GetSystemMetrics(SM_CXSMICON);
+    if (size <= 10) return nullptr;
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof(info.bmiHeader);
+    info.bmiHeader.biWidth = size;
+    info.bmiHeader.biHeight = -size;  // top-down
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    const HBITMAP section = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    if (!section || !bits) {
+        if (section) DeleteObject(section);
+        return nullptr;
+    }
+    std::memset(bits, 0, static_cast<size_t>(size) * size * 4);
+    {
+        gdiplus_objects o;
+        // GDI+ draws straight into the section's pixels.
+        if (gp::GdipCreateBitmapFromScan0(size, size, size * 4, PixelFormat32bppPARGB, static_cast<BYTE*>(bits),
+                                          &o.bitmap) != Gdiplus::Ok) {
+            DeleteObject(section);
+            return nullptr;
+        }
+        if (gp::GdipGetImageGraphicsContext(o.bitmap, &o.graphics) == Gdiplus::Ok) {
+            gp::GdipSetSmoothingMode(o.graphics, Gdiplus::SmoothingModeAntiAlias);
+            const tray_badge::ellipse e = tray_badge::dot_ellipse(size);
+            if (gp::GdipCreateSolidFill(colour, &o.brush) == Gdiplus::Ok) {
+                gp::GdipFillEllipse(o.graphics, o.brush, e.x, e.y, e.width, e.height);
+            }
+            if (gp::GdipCreatePen1(tray_badge::dot_outline(dark), 1.0f, Gdiplus::UnitWorld, &o.pen) == Gdiplus::Ok) {
+                gp::GdipDrawEllipse(o.graphics, o.pen, e.x, e.y, e.width, e.height);
+            }
+        }
+    }
+    GdiFlush();
+    return section;
+}
+
+void tray_window::update_tray_icon() {
+    if (shutting_down) return;
+    const std::optional<uint32_t> badge = tray_badge::badge_colour(indexing_status, update_status);
+    unique_hicon icon(render_badge_icon(badge.has_value(), badge.value_or(0), dark_mode));
+    if (!icon) {
+        logging::log(log_severity::error, "Failed to create system tray icon: new_icon_handle is nullptr");
+        return;
+    }
+    NOTIFYICONDATAW data{};
+    data.cbSize = NOTIFY_DATA_SIZE;
+    data.hWnd = hwnd();
+    data.uID = TRAY_ICON_MAIN;
+    data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
+    data.uCallbackMessage = WM_TRAY_NOTIFY;
+    data.hIcon = icon.get();
+    wcscpy_s(data.szTip, L"Veldrake");
+    // Modify first: the same call then serves the first start, every refresh and a taskbar rebuilt
+    // after Explorer restarted, where the old icon is gone and only the add succeeds.
+    if (!Shell_NotifyIconW(NIM_MODIFY, &data)) Shell_NotifyIconW(NIM_ADD, &data);
+    // The new icon is in; only now does the old one go.
+    main_icon = std::move(icon);
+}
+
+void tray_window::remove_tray_icon() {
+    NOTIFYICONDATAW data{};
+    data.cbSize = NOTIFY_DATA_SIZE;
+    data.hWnd = hwnd();
+    data.uID = TRAY_ICON_MAIN;
+    Shell_NotifyIconW(NIM_DELETE, &data);
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+// Drives the Wine desktop from the Linux side, as a person would: clicks with xdotool and screenshots
+// with ImageMagick. Wine starts Linux programs but gives no handle to wait on, so each command runs
+// under /bin/sh, which leaves its exit code in a file that we poll.
+namespace desktop {
+
+// The Linux path of a Windows path.
+std::string unix_path(const std::filesystem::path& windows_path);
+
+// Runs `command` (no double quotes in it) under /bin/sh; its exit code, or nothing after `timeout`.
+std::optional<int> run_unix(const std::string& command, std::chrono::milliseconds timeout = std::chrono::seconds(20));
+
+bool click(POINT at, int button);  // 1 left, 3 right
+bool double_click(POINT at);
+// Moves the pointer away, to a quiet spot of the desktop, and clicks there.
+bool click_empty_desktop();
+
+// The whole X screen, as a PNG.
+bool screenshot(const std::filesystem::path& file);
+// A part of an existing PNG.
+bool crop(const std::filesystem::path& from, const std::filesystem::path& to, const RECT& area);
+
+// Where the test run keeps its pictures: <build>/artifacts/tray_presentation.
+std::filesystem::path artifacts_folder();
+
+// The screen's pixels, 0x00RRGGBB, read back through GDI.
+struct screen_pixels {
+    RECT area{};
+    std::vector<uint32_t> rgb;
+    uint32_t at(int x, int y) const {
+        return rgb[static_cast<size_t>(y - area.top) * (area.right - area.left) + (x - area.left)];
+    }
+};
+screen_pixels capture(const RECT& area);
+
+// The notification area: the bottom strip of the desktop's right half.
+RECT notification_area();
+
+// The bounding box of the pixels near `rgb` (0x00RRGGBB) in `area`, or nothing.
+std::optional<RECT> find_colour(const screen_pixels& pixels, uint32_t rgb, int tolerance = 12);
+
+// The visible popup menu window of `process_id`, or null.
+HWND find_popup_menu(DWORD process_id);
+
+}  // namespace desktop
