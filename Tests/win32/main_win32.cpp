@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "win32/log_writer_win32.h"
+#include "win32/test_log_win32.h"
 
 #include <cwchar>
 
@@ -12,6 +13,7 @@ int wmain(int argc, wchar_t** argv) {
     if (argc == 5 && std::wcscmp(argv[1], L"--log-writer") == 0) {
         return write_tagged_lines(argv[2], argv[3], std::wcstoul(argv[4], nullptr, 10));
     }
+    open_test_log();
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,212 @@
+#include "toasts/notification_window_win32.h"
+
+#include "dialogs/theme_helpers_win32.h"
+#include "platform/com_object_win32.h"
+#include "platform/unique_resource_win32.h"
+#include "platform/window_impl_win32.h"
+#include "toasts/toast_rules.h"
+
+#include <string>
+
+namespace toast_utilities {
+
+namespace {
+
+constexpr UINT_PTR TIMER_POLL = 1;
+
+struct palette {
+    COLORREF background, border, title, text;
+};
+
+palette palette_for(bool dark) {
+    return dark ? palette{RGB(43, 43, 43), RGB(70, 70, 70), RGB(255, 255, 255), RGB(208, 208, 208)}
+                : palette{RGB(249, 249, 249), RGB(218, 218, 218), RGB(0, 0, 0), RGB(64, 64, 64)};
+}
+
+class notification_window : public window_impl<notification_window> {
+public:
+    static window_class_info class_info() noexcept {
+        return {NOTIFICATION_WINDOW_CLASS, CS_DROPSHADOW, IDC_HAND, 0};
+    }
+
+    std::wstring title, text;
+    HICON icon = nullptr;  // shared, not owned
+    IQueryContinue* query = nullptr;
+    IUserNotificationCallback* sink = nullptr;
+    bool done = false;
+    HRESULT result = HRESULT_FROM_WIN32(ERROR_CANCELLED);
+
+    void open(DWORD poll_ms) {
+        if (!create(L"", WS_POPUP, WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE)) {
+            done = true;
+            result = HRESULT_FROM_WIN32(GetLastError());
+            return;
+        }
+        dark_ = is_dark_mode();
+        common_dialogs::apply_frame_attributes(hwnd(), dark_);
+        font_.reset(common_dialogs::create_ui_font(hwnd()));
+        LOGFONTW bold{};
+        GetObjectW(font_.get(), sizeof(bold), &bold);
+        bold.lfWeight = FW_SEMIBOLD;
+        bold_font_.reset(CreateFontIndirectW(&bold));
+        place();
+        ShowWindow(hwnd(), SW_SHOWNOACTIVATE);
+        SetTimer(hwnd(), TIMER_POLL, poll_ms, nullptr);
+    }
+
+    LRESULT process_message(UINT message, WPARAM w, LPARAM l, bool& handled) {
+        switch (message) {
+            case WM_PAINT: paint(); return 0;
+            case WM_TIMER:
+                if (w == TIMER_POLL && query && query->QueryContinue() != S_OK) finish(HRESULT_FROM_WIN32(ERROR_CANCELLED));
+                return 0;
+            case WM_LBUTTONUP:
+                // Hidden first: the click may open a dialog and take long.
+                ShowWindow(hwnd(), SW_HIDE);
+                if (sink) {
+                    POINT at{GET_X_LPARAM(l), GET_Y_LPARAM(l)};
+                    ClientToScreen(hwnd(), &at);
+                    sink->OnBalloonUserClick(&at);
+                }
+                finish(S_OK);
+                return 0;
+            case WM_RBUTTONUP: finish(HRESULT_FROM_WIN32(ERROR_CANCELLED)); return 0;
+            case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
+            default: handled = false; return 0;
+        }
+    }
+
+private:
+    static int GET_X_LPARAM(LPARAM l) { return static_cast<short>(LOWORD(l)); }
+    static int GET_Y_LPARAM(LPARAM l) { return static_cast<short>(HIWORD(l)); }
+
+    void finish(HRESULT hr) {
+        if (done) return;
+        done = true;
+        result = hr;
+        KillTimer(hwnd(), TIMER_POLL);
+        DestroyWindow(hwnd());
+    }
+
+    int scaled(int length) const { return MulDiv(length, static_cast<int>(dpi_), 96); }
+
+    // Lays out icon, title and text, and places the window at the bottom right of the work area.
+    void place() {
+        dpi_ = GetDpiForWindow(hwnd());
+        if (dpi_ == 0) dpi_ = 96;
+        const int width = scaled(364);
+        const int text_left = scaled(16) + (icon ? scaled(32 + 12) : 0);
+        const int text_width = width - text_left - scaled(16);
+        const HDC dc = GetDC(hwnd());
+        RECT title_rect{0, 0, text_width, 0}, text_rect{0, 0, text_width, 0};
+        SelectObject(dc, bold_font_.get());
+        DrawTextW(dc, title.c_str(), -1, &title_rect, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+        SelectObject(dc, font_.get());
+        DrawTextW(dc, text.c_str(), -1, &text_rect, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+        ReleaseDC(hwnd(), dc);
+        title_height_ = title.empty() ? 0 : title_rect.bottom;
+        text_height_ = text_rect.bottom;
+        const int content = title_height_ + (title.empty() ? 0 : scaled(4)) + text_height_;
+        const int height = scaled(16) * 2 + std::max(content, icon ? scaled(32) : 0);
+
+        RECT work{};
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+        SetWindowPos(hwnd(), HWND_TOPMOST, work.right - width - scaled(12), work.bottom - height - scaled(12), width,
+                     height, SWP_NOACTIVATE);
+    }
+
+    void paint() {
+        PAINTSTRUCT ps;
+        const HDC dc = BeginPaint(hwnd(), &ps);
+        const palette colours = palette_for(dark_);
+        RECT client;
+        GetClientRect(hwnd(), &client);
+        const unique_hgdiobj background(CreateSolidBrush(colours.background));
+        FillRect(dc, &client, static_cast<HBRUSH>(background.get()));
+        const unique_hgdiobj border(CreateSolidBrush(colours.border));
+        FrameRect(dc, &client, static_cast<HBRUSH>(border.get()));
+        COLORREF accent = common_dialogs::read_accent_color();
+        if (accent == 0) accent = RGB(0, 120, 215);
+        const unique_hgdiobj accent_brush(CreateSolidBrush(accent));
+        RECT bar{client.left, client.top, client.left + scaled(3), client.bottom};
+        FillRect(dc, &bar, static_cast<HBRUSH>(accent_brush.get()));
+
+        int left = scaled(16);
+        if (icon) {
+            DrawIconEx(dc, left, scaled(16), icon, scaled(32), scaled(32), 0, nullptr, DI_NORMAL);
+            left += scaled(32 + 12);
+        }
+        SetBkMode(dc, TRANSPARENT);
+        RECT title_rect{left, scaled(16), client.right - scaled(16), scaled(16) + title_height_};
+        SelectObject(dc, bold_font_.get());
+        SetTextColor(dc, colours.title);
+        DrawTextW(dc, title.c_str(), -1, &title_rect, DT_WORDBREAK | DT_NOPREFIX);
+        const int text_top = title_rect.bottom + (title.empty() ? 0 : scaled(4));
+        RECT text_rect{left, text_top, client.right - scaled(16), text_top + text_height_};
+        SelectObject(dc, font_.get());
+        SetTextColor(dc, colours.text);
+        DrawTextW(dc, text.c_str(), -1, &text_rect, DT_WORDBREAK | DT_NOPREFIX);
+        EndPaint(hwnd(), &ps);
+    }
+
+    bool dark_ = false;
+    UINT dpi_ = 96;
+    int title_height_ = 0, text_height_ = 0;
+    unique_hgdiobj font_, bold_font_;
+};
+
+class local_notification : public com_object<IUserNotification2> {
+public:
+    HRESULT STDMETHODCALLTYPE SetBalloonInfo(LPCWSTR title, LPCWSTR text, DWORD flags) override {
+        title_ = title ? title : L"";
+        text_ = text ? text : L"";
+        flags_ = flags;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SetBalloonRetry(DWORD, DWORD, UINT) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE SetIconInfo(HICON icon, LPCWSTR tooltip) override {
+        icon_ = icon;
+        tooltip_ = tooltip ? tooltip : L"";
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE PlaySound(LPCWSTR) override { return S_OK; }
+
+    // Blocks like the shell's object: until a click, the continue-query says stop, or the window goes.
+    HRESULT STDMETHODCALLTYPE Show(IQueryContinue* query, DWORD poll_ms, IUserNotificationCallback* sink) override {
+        notification_window window;
+        window.title = title_;
+        window.text = text_;
+        window.icon = icon_;
+        window.query = query;
+        window.sink = sink;
+        window.open(poll_ms);
+        MSG message;
+        while (!window.done) {
+            const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+            if (got <= 0) {
+                // WM_QUIT belongs to the thread's own loop: hand it back and end the toast.
+                if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
+                if (window.hwnd()) DestroyWindow(window.hwnd());
+                break;
+            }
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        return window.result;
+    }
+
+private:
+    std::wstring title_, text_, tooltip_;
+    DWORD flags_ = 0;
+    HICON icon_ = nullptr;
+};
+
+}  // namespace
+
+com_ptr<IUserNotification2> create_local_notification() {
+    com_ptr<IUserNotification2> notification;
+    *notification.put() = new local_notification;
+    return notification;
+}
+
+}  // namespace toast_utilities

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <windows.h>
+
+#include <shobjidl.h>
+
+#include "platform/com_object_win32.h"
+
+#include <functional>
+#include <string>
+
+namespace toast_utilities {
+
+// Shows one notification and returns when it is gone: clicked, ended by `should_continue`, or after
+// 20 seconds. Blocks its thread, which must have initialised COM and must not be the tray window's.
+// Failures are logged, never thrown.
+void show_toast(std::wstring icon_path, std::wstring tooltip, std::wstring title, std::wstring text,
+                std::function<void()> on_click, std::function<bool()> should_continue);
+
+// Asked at every poll of the notification: S_OK keeps it, S_FALSE ends it.
+class query_continue_deadline : public com_object<IQueryContinue> {
+public:
+    uint64_t deadline = 0;  // GetTickCount64 milliseconds; 0: none
+    std::function<bool()> should_continue;
+
+    HRESULT STDMETHODCALLTYPE QueryContinue() override;
+};
+
+// Runs the click action when the user clicks the notification.
+class notification_callback : public com_object<IUserNotificationCallback> {
+public:
+    std::function<void()> on_click;
+
+    HRESULT STDMETHODCALLTYPE OnBalloonUserClick(POINT*) override;
+    HRESULT STDMETHODCALLTYPE OnLeftClick(POINT*) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnContextMenu(POINT*) override { return S_OK; }
+};
+
+}  // namespace toast_utilities
