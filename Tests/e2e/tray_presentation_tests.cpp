@@ -1,11 +1,13 @@
 #include "common/test_registry_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
+#include "platform/string_conversion.h"
 #include "tray_messages.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <fstream>
 
 using namespace e2e;
 using test_support::poll_until;
@@ -42,6 +44,7 @@ protected:
     void TearDown() override {
         desktop::click_empty_desktop();
         test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
+        test_registry::delete_value(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\DWM", L"AccentColor");
         reset_tray_state();
     }
 
@@ -159,6 +162,7 @@ TEST_F(tray_presentation, menu_in_light_and_dark_is_kept_as_pictures) {
     const RECT icon = start(tray);
     // An update waits and the index is being read: both dots show.
     PostMessageW(tray.window(), WM_VERSION_CHECK_RESULT, 4, 0);
+    test_registry::set_dword(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\DWM", L"AccentColor", 0xFFD77800);
     const std::filesystem::path folder = desktop::artifacts_folder();
     for (const bool dark : {false, true}) {
         SCOPED_TRACE(dark ? "dark" : "light");
@@ -172,11 +176,65 @@ TEST_F(tray_presentation, menu_in_light_and_dark_is_kept_as_pictures) {
         const uint32_t background = dark ? 0x2B2B2B : 0xF9F9F9;
         EXPECT_TRUE(poll_until([&] { return desktop::find_colour(desktop::capture(inside), background, 2).has_value(); }))
             << "menu background";
+        // The pointer on the first item: its rounded hover, from the accent in light, grey in dark.
+        RECT client{};
+        GetClientRect(menu, &client);
+        POINT first_item{(client.left + client.right) / 2, (client.bottom - 9) / 6 / 2};
+        MapWindowPoints(menu, nullptr, &first_item, 1);
+        ASSERT_EQ(desktop::run_unix("xdotool mousemove " + std::to_string(first_item.x) + " " + std::to_string(first_item.y)), 0);
+        const RECT first_row{where.left + 12, first_item.y - 2, where.right - 12, first_item.y + 2};
+        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
+        EXPECT_TRUE(poll_until([&] { return desktop::find_colour(desktop::capture(first_row), hover, 2).has_value(); }))
+            << "hover colour";
         const std::wstring name = dark ? L"tray-menu-dark" : L"tray-menu-light";
         ASSERT_TRUE(desktop::screenshot(folder / (name + L"-full.png")));
         EXPECT_TRUE(desktop::crop(folder / (name + L"-full.png"), folder / (name + L".png"),
                                   {where.left - 16, where.top - 16, std::min<LONG>(where.right + 16, 800), 600}));
         close_menu(tray);
     }
+    EXPECT_EQ(tray.close(), 0u);
+}
+
+TEST_F(tray_presentation, feedback_and_support_open_their_pages_in_the_browser) {
+    // Wine hands web links to the first program of this list that runs: here a recorder of its arguments.
+    const std::filesystem::path folder = desktop::artifacts_folder();
+    const std::filesystem::path record = folder / L"browser-record.txt";
+    const std::filesystem::path browser = folder / L"browser.sh";
+    std::error_code ignored;
+    std::filesystem::remove(record, ignored);
+    {
+        std::ofstream script(browser, std::ios::binary | std::ios::trunc);
+        script << "#!/bin/sh\necho \"$1\" >> '" << desktop::unix_path(record) << "'\n";
+    }
+    ASSERT_EQ(desktop::run_unix("chmod +x '" + desktop::unix_path(browser) + "'"), 0);
+    const std::wstring browsers_key = L"Software\\Wine\\WineBrowser";
+    test_registry::set_string(HKEY_CURRENT_USER, browsers_key, L"Browsers", to_wide(desktop::unix_path(browser)));
+
+    running_tray tray;
+    const RECT icon = start(tray);
+    const struct {
+        int position;  // from the top, counting the items before the separator
+        std::string page;
+    } cases[] = {
+        {4, VELDRAKE_WEB_HOST "/products/veldrake/feedback?ref=client_system_tray"},
+        {5, VELDRAKE_WEB_HOST "/products/veldrake/support"},
+    };
+    size_t expected_lines = 0;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.page);
+        const HWND menu = open_menu(tray, icon);
+        ASSERT_NE(menu, nullptr);
+        RECT client{};
+        GetClientRect(menu, &client);
+        const int item_height = (client.bottom - 9) / 6;
+        POINT item{(client.left + client.right) / 2, item_height * (c.position - 1) + item_height / 2};
+        MapWindowPoints(menu, nullptr, &item, 1);
+        ASSERT_TRUE(desktop::click(item, 1));
+        ++expected_lines;
+        EXPECT_TRUE(poll_until([&] { return read_lines(record).size() >= expected_lines; })) << "the browser was not started";
+        const auto lines = read_lines(record);
+        if (lines.size() >= expected_lines) EXPECT_EQ(lines[expected_lines - 1], c.page);
+    }
+    test_registry::delete_value(HKEY_CURRENT_USER, browsers_key, L"Browsers");
     EXPECT_EQ(tray.close(), 0u);
 }

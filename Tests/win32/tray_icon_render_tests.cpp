@@ -7,6 +7,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -114,6 +116,18 @@ TEST_F(tray_icon_render, badge_fills_the_lower_left_circle_and_outlines_it_by_th
             EXPECT_EQ(p.at(x, y), logo.at(x, y)) << x << "," << y;
         }
     }
+}
+
+// Not a test of speed: the figure goes to the output, for the report of each run.
+TEST_F(tray_icon_render, measures_a_badge_render) {
+    constexpr int renders = 200;
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < renders; ++i) {
+        const unique_hicon icon(render_badge_icon(true, tray_badge::gold, false, module()));
+        ASSERT_TRUE(icon);
+    }
+    const auto total = std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start);
+    std::printf("[ measured ] render_badge_icon: %.0f us per icon over %d\n", total.count() / renders, renders);
 }
 
 TEST_F(tray_icon_render, no_logo_no_icon) {
