@@ -1,13 +1,9 @@
 #include "common/wine_process_win32.h"
 #include "doubles/sibling_doubles_win32.h"
-#include "platform/string_conversion.h"
 #include "process/launch_win32.h"
 #include "win32/process_scenario_runner_win32.h"
 
-#include <fmt/xchar.h>
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace {
 
@@ -68,35 +64,6 @@ TEST_F(launch_test, run_and_wait_of_a_missing_program_gives_minus_one) {
     EXPECT_EQ(run_and_wait((root / L"Missing Folder" / L"Veldrake.exe").wstring(), L"reconcile"), -1);
     EXPECT_EQ(run_and_wait(L"", L""), -1);
     EXPECT_TRUE(sibling_doubles::read_records(record).empty());
-}
-
-TEST_F(launch_test, the_direct_road_starts_the_program_with_its_show_command_and_console) {
-    const struct {
-        int32_t show_command;
-        bool no_window;
-        const wchar_t* arguments;
-        const wchar_t* show;
-        const wchar_t* console;
-    } cases[] = {
-        {0, true, L"", L"0", L"console"},   // CREATE_NO_WINDOW: a console without a window
-        {0, false, L"-a", L"0", L"none"},   // DETACHED_PROCESS
-        {1, false, L"-b", L"-", L"none"},
-        {1, true, L"-c", L"-", L"none"},
-        {5, false, L"\"x y\"", L"5", L"none"},
-    };
-    size_t count = 0;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(fmt::format("show={} no_window={}", c.show_command, c.no_window));
-        ASSERT_TRUE(process_launch::create_process_direct(program.wstring(), c.arguments, c.show_command, c.no_window));
-        const auto seen = runs(++count);
-        ASSERT_EQ(seen.size(), count);
-        EXPECT_EQ(seen.back().command_line, L"\"" + program.wstring() + L"\" " + c.arguments);
-        EXPECT_EQ(seen.back().show, c.show);
-        EXPECT_EQ(seen.back().console, c.console);
-    }
-    SetLastError(0);
-    EXPECT_FALSE(process_launch::create_process_direct((root / L"missing.exe").wstring(), L"", 1, false));
-    EXPECT_NE(GetLastError(), 0u) << "the caller reads why";
 }
 
 TEST(process_launch_powershell, the_stand_in_powershell_runs_from_the_system_folder) {

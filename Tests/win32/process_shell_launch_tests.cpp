@@ -126,20 +126,27 @@ TEST_F(shell_launch_test, when_the_shell_roads_are_closed_only_launch_via_shell_
         EXPECT_STREQ(e.what(), "Failed to launch process via Explorer (ShellExecute fallback failed).");
     }
 
+    // CREATE_NO_WINDOW gives a console child a console without a window; DETACHED_PROCESS none.
     const struct {
         int32_t show_command;
         bool no_window;
+        const wchar_t* arguments;
         const wchar_t* show;
         const wchar_t* console;
-    } cases[] = {{0, true, L"0", L"console"}, {0, false, L"0", L"none"}, {1, false, L"-", L"none"}};
+    } cases[] = {
+        {0, true, L"", L"0", L"console"}, {0, false, L"-a", L"0", L"none"},        {1, false, L"", L"-", L"none"},
+        {1, true, L"-c", L"-", L"none"},  {5, false, L"\"x y\"", L"5", L"none"},
+    };
     size_t count = 0;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.show_command * 10 + c.no_window);
-        ASSERT_TRUE(launch_via_shell(program.wstring(), L"", c.show_command, c.no_window));
+        ASSERT_TRUE(launch_via_shell(program.wstring(), c.arguments, c.show_command, c.no_window));
         const auto seen = run(++count);
-        EXPECT_EQ(seen.command_line, L"\"" + program.wstring() + L"\" ");
+        EXPECT_EQ(seen.command_line, L"\"" + program.wstring() + L"\" " + c.arguments);
         EXPECT_EQ(seen.show, c.show) << "the start options are the direct road's, not those of \"start\"";
         EXPECT_EQ(seen.console, c.console);
     }
+    SetLastError(0);
     EXPECT_FALSE(launch_via_shell((root / L"missing.exe").wstring(), L"", 1, false));
+    EXPECT_NE(GetLastError(), 0u) << "the caller reads why the direct start failed";
 }

@@ -83,6 +83,25 @@ void shell_execute_interpreter(const std::wstring& interpreter, const std::wstri
     if (!started) throw std::runtime_error("Failed to launch process via Explorer (ShellExecute fallback failed).");
 }
 
+bool create_process_direct(const std::wstring& path, const std::wstring& arguments, int32_t show_command,
+                           bool no_window) {
+    std::wstring command_line = direct_command_line(path, arguments);
+    const direct_start options = direct_start_options(show_command, no_window);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = options.startup_flags;
+    startup.wShowWindow = options.show_window;
+    PROCESS_INFORMATION info{};
+    // On failure GetLastError stays as CreateProcessW left it, for the caller to read.
+    if (!CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, options.creation_flags, nullptr,
+                        nullptr, &startup, &info)) {
+        return false;
+    }
+    CloseHandle(info.hThread);
+    CloseHandle(info.hProcess);
+    return true;
+}
+
 }  // namespace
 
 bool shell_execute_through_shell_object(const std::wstring& file, const std::wstring& arguments) {
@@ -126,25 +145,6 @@ bool shell_execute_through_desktop(const std::wstring& file, const std::wstring&
     const auto shell = application.try_query<IShellDispatch2>();
     if (!shell) return false;
     return SUCCEEDED(shell_execute(*shell.get(), file, arguments));
-}
-
-bool create_process_direct(const std::wstring& path, const std::wstring& arguments, int32_t show_command,
-                           bool no_window) {
-    std::wstring command_line = direct_command_line(path, arguments);
-    const direct_start options = direct_start_options(show_command, no_window);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = options.startup_flags;
-    startup.wShowWindow = options.show_window;
-    PROCESS_INFORMATION info{};
-    // No caller logs from here on before reading GetLastError.
-    if (!CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, options.creation_flags, nullptr,
-                        nullptr, &startup, &info)) {
-        return false;
-    }
-    CloseHandle(info.hThread);
-    CloseHandle(info.hProcess);
-    return true;
 }
 
 }  // namespace process_launch

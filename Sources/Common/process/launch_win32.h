@@ -29,13 +29,10 @@ struct com_failure {
     HRESULT result;
 };
 
-// The roads one by one, in the order launch_via_shell takes them.
-// Shell.Application's ShellExecute, hidden, with "open"; false if any step fails.
+// The two shell roads, in the order the launchers take them, for a thread with COM initialised.
+// Shell.Application's ShellExecute of `file` with "open", the interpreter hidden; false if any step fails.
 bool shell_execute_through_shell_object(const std::wstring& file, const std::wstring& arguments);
 // The same through the folder view of the desktop of the running Explorer.
 bool shell_execute_through_desktop(const std::wstring& file, const std::wstring& arguments);
-// CreateProcessW with the command line and options of launch_via_shell's last road.
-bool create_process_direct(const std::wstring& path, const std::wstring& arguments, int32_t show_command,
-                           bool no_window);
 
 }  // namespace process_launch

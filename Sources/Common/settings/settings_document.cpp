@@ -5,6 +5,7 @@
 #include <rapidjson/document.h>
 
 #include <codecvt>
+#include <cwchar>
 #include <fstream>
 #include <locale>
 #include <sstream>
@@ -93,14 +94,25 @@ app_record parse_app_record(const rapidjson::Value& element) {
 }  // namespace
 
 std::string read_settings_text(const std::filesystem::path& file) {
-    std::wifstream in;
-    // The facet in its default mode: it neither skips nor expects a byte-order mark.
-    in.imbue(std::locale(std::locale::classic(), new std::codecvt_utf8<wchar_t>));
-    in.open(file, std::ios::binary);
-    std::wostringstream text;
-    // A byte sequence that does not decode ends the text there: the stream stops reading.
-    if (in) text << in.rdbuf();
-    return to_utf8(text.str());
+    std::string bytes;
+    {
+        std::ifstream in(file, std::ios::binary);
+        if (!in) return bytes;
+        std::ostringstream all;
+        all << in.rdbuf();
+        bytes = std::move(all).str();
+    }
+    // The facet of a decoding wide stream, in its default mode: it neither skips nor expects a
+    // byte-order mark, and the text ends where a sequence does not decode, as the stream's would.
+    // Decoding the whole buffer at once costs a fraction of going through the stream.
+    const std::codecvt_utf8<wchar_t> facet;
+    std::mbstate_t state{};
+    std::wstring wide(bytes.size(), L'\0');
+    const char* from_next = bytes.data();
+    wchar_t* to_next = wide.data();
+    facet.in(state, bytes.data(), bytes.data() + bytes.size(), from_next, wide.data(), wide.data() + wide.size(), to_next);
+    wide.resize(static_cast<size_t>(to_next - wide.data()));
+    return to_utf8(wide);
 }
 
 std::optional<parsed_document> parse_settings_document(const std::string& utf8) {

@@ -33,8 +33,9 @@ struct parsed_document {
     std::optional<app_map> apps;
 };
 
-// The whole file through a wide stream that decodes UTF-8. A byte-order mark is kept, and the text
-// ends where the decoding fails.
+// The whole file, decoded from UTF-8 as a wide stream with the standard UTF-8 facet decodes it: a
+// byte-order mark is kept, the text ends where a sequence does not decode, and where wchar_t has 16
+// bits, characters beyond the Basic Multilingual Plane do not decode.
 std::string read_settings_text(const std::filesystem::path& file);
 
 // Nothing when the text does not parse or its root is not an object. The text ends at its first

@@ -85,15 +85,6 @@ TEST(common_settings_file, a_missing_default_fails_every_read_until_it_appears) 
     EXPECT_EQ(file->get_int("x", "size", 7), 3);
 }
 
-TEST(common_settings_file, a_folder_in_place_of_the_file_fails_without_throwing) {
-    settings_sandbox sandbox;
-    settings_sandbox::write(sandbox.default_file(), sized(1), 1);
-    auto file = sandbox.open();
-    std::filesystem::create_directories(sandbox.user_file());
-    EXPECT_TRUE(file->reload_if_changed(false)) << "an unreadable document is no error: the old content stays";
-    EXPECT_EQ(file->get_int("x", "size", 7), 7);
-}
-
 // Readers on other threads see one whole document or the other while the file is reloaded.
 TEST(common_settings_file, settings_threads_read_whole_documents_while_the_file_reloads) {
     settings_sandbox sandbox;
