@@ -1,4 +1,5 @@
 #include "common/test_registry_win32.h"
+#include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "platform/string_conversion.h"
@@ -115,14 +116,27 @@ TEST_F(tray_presentation, single_left_click_opens_the_menu_only_after_the_double
     EXPECT_EQ(tray.close(), 0u);
 }
 
-TEST_F(tray_presentation, double_click_opens_no_menu) {
+TEST_F(tray_presentation, double_click_starts_settings_once_and_opens_no_menu) {
+    // Veldrake.exe beside the tray is the sibling double, which records each start.
+    const std::filesystem::path settings_app = tray_exe().parent_path() / L"Veldrake.exe";
+    const std::filesystem::path record = desktop::artifacts_folder() / L"settings-record.txt";
+    std::error_code ignored;
+    std::filesystem::remove(record, ignored);
+    sibling_doubles::control(settings_app, record);
+
     running_tray tray;
     const RECT icon = start(tray);
     ASSERT_TRUE(desktop::double_click(centre(icon)));
-    // Well past the double-click time, still no menu.
+    EXPECT_TRUE(poll_until([&] { return !sibling_doubles::read_records(record).empty(); })) << "Settings not started";
+    // Well past the double-click time: still no menu, and no second start.
     const bool menu_seen = poll_until([&] { return desktop::find_popup_menu(tray.process().id()) != nullptr; },
                                       std::chrono::milliseconds(3 * GetDoubleClickTime()));
     EXPECT_FALSE(menu_seen);
+    const auto runs = sibling_doubles::read_records(record);
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_EQ(runs[0].program, L"Veldrake.exe");
+    EXPECT_NE(runs[0].command_line.find(L"--open-tab=settings"), std::wstring::npos) << runs[0].command_line;
+    sibling_doubles::remove_control(settings_app);
     EXPECT_EQ(tray.close(), 0u);
 }
 

@@ -12,7 +12,6 @@ void tray_window::update_namespace_root_icon() {}
 void tray_window::apply_microphone_settings() {}
 void tray_window::on_index_counts(WPARAM, LPARAM) {}
 void tray_window::on_mic_state(WPARAM, LPARAM) {}
-void tray_window::open_settings_off_ui_thread() {}
 void tray_window::on_update() {}
 // Sampling and the version check clear their in-flight flags with their result messages; until
 // they exist, the flags stay set after the first tick and nothing more is started.

@@ -4,12 +4,13 @@
 
 #include "logging/log.h"
 #include "process/background_task.h"
+#include "process/settings_app_win32.h"
 #include "tray_pages.h"
 #include "tray_window_win32.h"
 
 #include <string>
 
-// The menu's commands that open a page or a settings panel. Each runs off the window thread: the
+// The commands that open Settings, a page or a settings panel. Each runs off the window thread: the
 // shell may take its time to hand a link to the browser.
 
 namespace {
@@ -22,6 +23,11 @@ void open_with_shell(const std::wstring& target) {
 }
 
 }  // namespace
+
+void tray_window::open_settings_off_ui_thread() {
+    // A failed start shows a dialog and waits for it: never on the window thread.
+    run_background_task(L"open_settings", [] { settings_app::open_settings_tab_direct("settings"); });
+}
 
 void tray_window::on_indexing_status() {
     run_background_task(L"launch_indexing_options_modern", [] { open_with_shell(L"ms-settings:search"); });
