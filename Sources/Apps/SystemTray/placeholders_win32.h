@@ -8,15 +8,6 @@
 #include <filesystem>
 #include <string>
 
-// Shows the suite's toasts one at a time and takes requests of sibling processes over WM_COPYDATA.
-class toast_dispatcher {
-public:
-    bool running() const noexcept { return false; }
-    void start() {}
-    void stop() noexcept {}
-    LRESULT on_copy_data(HWND, WPARAM, LPARAM) noexcept { return 0; }
-};
-
 // Pings the window thread and writes a dump when it hangs.
 class ui_watchdog {
 public:

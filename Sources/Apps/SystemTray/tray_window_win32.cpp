@@ -30,7 +30,7 @@ LRESULT tray_window::process_message(UINT message, WPARAM w, LPARAM l, bool& han
         case WM_CREATE: return on_create();
         case WM_DESTROY: on_destroy(); return 0;
         case WM_TIMER: on_timer(w); return 0;
-        case WM_COPYDATA: return toasts.on_copy_data(hwnd(), w, l);
+        case WM_COPYDATA: return on_copy_data(reinterpret_cast<const COPYDATASTRUCT*>(l));
         case WM_TRAY_NOTIFY: on_tray_notify(w, l); return 0;
         case WM_MIC_ENDPOINT_CHANGED: on_mic_endpoint_changed(w); return 0;
         case WM_POWERBROADCAST: return on_power_event(w);
@@ -162,6 +162,13 @@ void tray_window::apply_click_decision(const tray_clicks::decision& d) {
     if (d.open_settings) open_settings_off_ui_thread();
     if (d.toggle_microphone) toggle_microphone_mute();
     if (d.show_menu) show_tray_menu(d.show_menu->at, d.show_menu->from_left_click);
+}
+
+// A sibling's toast request: TRUE when the dispatcher took it.
+LRESULT tray_window::on_copy_data(const COPYDATASTRUCT* copy_data) {
+    if (!copy_data) return toasts.on_copy_data(nullptr) ? TRUE : FALSE;
+    const copy_data_view view{copy_data->dwData, copy_data->lpData, copy_data->cbData};
+    return toasts.on_copy_data(&view) ? TRUE : FALSE;
 }
 
 LRESULT tray_window::on_power_event(WPARAM event) {

@@ -9,6 +9,7 @@
 #include "tray_clicks.h"
 #include "tray_menu_win32.h"
 #include "tray_messages.h"
+#include "tray_toasts_win32.h"
 
 #include <cstdint>
 #include <vector>
@@ -42,6 +43,7 @@ private:
     void on_destroy();
     void on_timer(UINT_PTR id);
     void on_tray_notify(WPARAM icon_id, LPARAM mouse_message);
+    LRESULT on_copy_data(const COPYDATASTRUCT* copy_data);
     LRESULT on_power_event(WPARAM event);
     void on_index_counts(WPARAM items_to_index, LPARAM total_items);
     void on_version_check_result(WPARAM status);
@@ -110,7 +112,7 @@ private:
     uint64_t progress_baseline_ms = 0;
     bool prompt_shown = false;
     bool prompt_open = false;
-    toast_dispatcher toasts;
+    toast_dispatcher toasts{tray_toast_platform()};
     ui_watchdog watchdog;
     microphone_mute::mute_monitor mute_monitor;
     unique_hicon mic_icon_handle;
