@@ -22,61 +22,65 @@ using tray_toast_ipc::toast_click_action;
 
 namespace {
 
-const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-
 std::filesystem::path bin() { return tray_exe().parent_path(); }
-std::filesystem::path record_file(const wchar_t* name) { return desktop::artifacts_folder().parent_path() / name; }
 
-HWND find_window_of(DWORD process_id, const wchar_t* window_class, const wchar_t* title = nullptr) {
+// The visible window of that class (and title) that the process owns, once it shows.
+HWND wait_for_window(DWORD process_id, const wchar_t* window_class, const wchar_t* title = nullptr) {
     HWND found = nullptr;
-    while ((found = FindWindowExW(nullptr, found, window_class, title)) != nullptr) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(found, &owner);
-        if (owner == process_id && IsWindowVisible(found)) return found;
-    }
-    return nullptr;
-}
-
-HWND wait_for_notification(DWORD tray_process) {
-    HWND notification = nullptr;
     poll_until([&] {
-        return (notification = find_window_of(tray_process, toast_utilities::NOTIFICATION_WINDOW_CLASS)) != nullptr;
+        while ((found = FindWindowExW(nullptr, found, window_class, title)) != nullptr) {
+            DWORD owner = 0;
+            GetWindowThreadProcessId(found, &owner);
+            if (owner == process_id && IsWindowVisible(found)) return true;
+        }
+        return false;
     });
-    return notification;
+    return found;
 }
 
-// Clicks the middle of a window with the real pointer, as a person would.
-bool click_window(HWND window) {
+HWND wait_for_notification(DWORD tray) { return wait_for_window(tray, toast_utilities::NOTIFICATION_WINDOW_CLASS); }
+
+// Keeps a picture of the window and clicks its middle with the real pointer, as a person would.
+void picture_and_click(HWND window, const wchar_t* name, bool click = true) {
     RECT r{};
     GetWindowRect(window, &r);
-    return desktop::click({(r.left + r.right) / 2, (r.top + r.bottom) / 2}, 1);
+    const auto folder = desktop::artifacts_folder();
+    if (desktop::screenshot(folder / (std::wstring(name) + L"-desktop.png"))) {
+        desktop::crop(folder / (std::wstring(name) + L"-desktop.png"), folder / (std::wstring(name) + L".png"), r);
+    }
+    if (click) EXPECT_TRUE(desktop::click({(r.left + r.right) / 2, (r.top + r.bottom) / 2}, 1));
 }
 
-void picture(HWND window, const wchar_t* name) {
-    RECT r{};
-    GetWindowRect(window, &r);
-    const auto whole = desktop::artifacts_folder() / (std::wstring(name) + L"-desktop.png");
-    if (desktop::screenshot(whole)) desktop::crop(whole, desktop::artifacts_folder() / (std::wstring(name) + L".png"), r);
-}
-
-LRESULT send_copy_data(HWND tray, ULONG_PTR id, const void* data, DWORD bytes) {
-    COPYDATASTRUCT copy{id, bytes, const_cast<void*>(data)};
+LRESULT send_copy_data(HWND tray, ULONG_PTR id, const std::wstring* payload, DWORD bytes) {
+    COPYDATASTRUCT copy{id, bytes, payload ? const_cast<wchar_t*>(payload->c_str()) : nullptr};
     DWORD_PTR reply = 99;
     SendMessageTimeoutW(tray, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&copy), SMTO_BLOCK | SMTO_ABORTIFHUNG, 5000, &reply);
     return static_cast<LRESULT>(reply);
 }
 
-bool sent(toast_click_action action, const std::wstring& arg, const std::wstring& title = L"Veldrake") {
+bool sent(toast_click_action action, const std::wstring& arg, const std::wstring& title) {
     return tray_toast_ipc::send_toast_request(
         {(bin() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring(), L"Veldrake", title, L"Click to continue", action, arg});
 }
 
-// The first run of a double whose command line holds `needle`.
-std::optional<sibling_doubles::run_record> run_with(const std::filesystem::path& record, const std::wstring& needle) {
-    for (const auto& run : sibling_doubles::read_records(record)) {
-        if (run.command_line.find(needle) != std::wstring::npos) return run;
-    }
-    return std::nullopt;
+// The arguments (after the program) of the first run of a double, once it has run.
+std::vector<std::wstring> first_run_arguments(const std::filesystem::path& record) {
+    std::vector<sibling_doubles::run_record> runs;
+    poll_until([&] { return !(runs = sibling_doubles::read_records(record)).empty(); });
+    if (runs.empty()) return {};
+    int count = 0;
+    wchar_t** argv = CommandLineToArgvW(runs[0].command_line.c_str(), &count);
+    std::vector<std::wstring> arguments(argv + 1, argv + count);
+    LocalFree(argv);
+    return arguments;
+}
+
+// Makes `program` record its runs into a fresh file beside the artifacts.
+std::filesystem::path record_runs_of(const wchar_t* program) {
+    const auto record = desktop::artifacts_folder().parent_path() / (std::wstring(program) + L".record.txt");
+    std::filesystem::remove(record);
+    sibling_doubles::control(bin() / program, record);
+    return record;
 }
 
 // A tray started by someone else (the sender) ends through its window.
@@ -84,6 +88,8 @@ void close_any_tray() {
     if (HWND tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) PostMessageW(tray, WM_CLOSE, 0, 0);
     poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; });
 }
+
+const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
 
 class toast_requests : public testing::Test {
 protected:
@@ -110,117 +116,84 @@ TEST_F(toast_requests, refused_messages_answer_0_and_only_a_malformed_request_is
     const size_t before = read_lines(tray_log_file()).size();
     const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", toast_click_action::none, L""});
     const std::wstring six_fields = L"1\u0001\u0001\u0001title\u0001text\u00010";
-    const DWORD good_bytes = static_cast<DWORD>((good.size() + 1) * 2);
-    EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, good.c_str(), good_bytes), 0) << "another dwData";
-    EXPECT_EQ(send_copy_data(tray.window(), tray_toast_ipc::TOAST_COPYDATA_ID, nullptr, 0), 0) << "no data";
-    EXPECT_EQ(send_copy_data(tray.window(), tray_toast_ipc::TOAST_COPYDATA_ID, good.c_str(), 0), 0) << "cbData 0";
-    EXPECT_EQ(send_copy_data(tray.window(), tray_toast_ipc::TOAST_COPYDATA_ID, good.c_str(), 1), 0) << "cbData 1";
+    const auto id = tray_toast_ipc::TOAST_COPYDATA_ID;
+    EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, &good, 2 * (good.size() + 1)), 0) << "another dwData";
+    EXPECT_EQ(send_copy_data(tray.window(), id, nullptr, 0), 0) << "no data";
+    EXPECT_EQ(send_copy_data(tray.window(), id, &good, 0), 0) << "cbData 0";
+    EXPECT_EQ(send_copy_data(tray.window(), id, &good, 1), 0) << "cbData 1";
     EXPECT_EQ(read_lines(tray_log_file()).size(), before) << "refused silently";
 
-    EXPECT_EQ(send_copy_data(tray.window(), tray_toast_ipc::TOAST_COPYDATA_ID, six_fields.c_str(),
-                             static_cast<DWORD>((six_fields.size() + 1) * 2)),
-              0);
+    EXPECT_EQ(send_copy_data(tray.window(), id, &six_fields, 2 * (six_fields.size() + 1)), 0);
     const auto lines = read_lines(tray_log_file());
     ASSERT_EQ(lines.size(), before + 1);
     EXPECT_NE(lines.back().find("[WARNING] toast_dispatcher: ignoring a malformed toast request"), std::string::npos);
 }
 
 TEST_F(toast_requests, a_sender_starts_the_tray_and_a_click_on_its_toast_opens_the_settings_tab) {
-    const auto record = record_file(L"toast-settings-record.txt");
-    std::filesystem::remove(record);
-    sibling_doubles::control(bin() / L"Veldrake.exe", record);
-
-    const child_process sender = child_process::start(test_support::this_program(),
-                                                      L"--send-toast \"Context menu\" \"Click to open its settings\" 1 "
-                                                      L"context-menu-replacement");
+    const auto record = record_runs_of(L"Veldrake.exe");
+    const child_process sender = child_process::start(
+        test_support::this_program(), L"--send-toast \"Context menu\" \"Click to open its settings\" 1 context-menu-replacement");
     EXPECT_EQ(sender.wait_exit(), 0u);
     HWND tray = nullptr;
-    ASSERT_TRUE(poll_until([&] { return (tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) != nullptr; }))
-        << "the sender started no tray";
+    ASSERT_TRUE(poll_until([&] { return (tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) != nullptr; })) << "no tray started";
     DWORD tray_process = 0;
     GetWindowThreadProcessId(tray, &tray_process);
     const HWND notification = wait_for_notification(tray_process);
     ASSERT_NE(notification, nullptr) << "no notification from the tray";
-    picture(notification, L"toast-light");
-
-    ASSERT_TRUE(click_window(notification));
-    std::optional<sibling_doubles::run_record> run;
-    EXPECT_TRUE(poll_until([&] { return (run = run_with(record, L"--open-tab=context-menu-replacement")).has_value(); }))
-        << "the Settings app was not started";
+    picture_and_click(notification, L"toast-light");
+    EXPECT_EQ(first_run_arguments(record), std::vector<std::wstring>{L"--open-tab=context-menu-replacement"});
     EXPECT_TRUE(poll_until([&] { return !IsWindow(notification); })) << "the clicked notification stays";
 }
 
-TEST_F(toast_requests, notification_follows_the_dark_theme) {
-    test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", 0);
-    running_tray tray;
-    ASSERT_NE(tray.window(), nullptr);
-    ASSERT_TRUE(sent(toast_click_action::none, L"", L"Dark theme"));
-    const HWND notification = wait_for_notification(tray.process().id());
-    ASSERT_NE(notification, nullptr);
-    picture(notification, L"toast-dark");
-    RECT r{};
-    GetWindowRect(notification, &r);
-    const auto pixels = desktop::capture({r.right - 8, r.bottom - 8, r.right - 4, r.bottom - 4});
-    const uint32_t rgb = pixels.at(r.right - 6, r.bottom - 6);
-    EXPECT_LT(((rgb >> 16) & 0xFF) + ((rgb >> 8) & 0xFF) + (rgb & 0xFF), 3u * 96) << "a dark background";
-}
-
 TEST_F(toast_requests, an_add_to_index_toast_starts_the_batch_helper_with_its_folders) {
-    const auto record = record_file(L"toast-index-record.txt");
-    std::filesystem::remove(record);
-    sibling_doubles::control(bin() / L"Tessary.Common.BatchProcessor.exe", record);
+    const auto record = record_runs_of(L"Tessary.Common.BatchProcessor.exe");
     running_tray tray;
     ASSERT_NE(tray.window(), nullptr);
     ASSERT_TRUE(sent(toast_click_action::add_to_index, L"--subject:Photos\u0002C:\\\u0002\u0002D:\\Data\\", L"Add to index"));
     const HWND notification = wait_for_notification(tray.process().id());
     ASSERT_NE(notification, nullptr);
-    ASSERT_TRUE(click_window(notification));
-    std::optional<sibling_doubles::run_record> run;
-    ASSERT_TRUE(poll_until([&] { return (run = run_with(record, L"--add-index-scope")).has_value(); }));
+    picture_and_click(notification, L"toast-add-to-index");
     // The interpreter's "start" may re-quote the line; what counts is what the helper receives.
-    int count = 0;
-    wchar_t** argv = CommandLineToArgvW(run->command_line.c_str(), &count);
-    ASSERT_NE(argv, nullptr);
-    const std::vector<std::wstring> arguments(argv + 1, argv + count);
-    LocalFree(argv);
-    EXPECT_EQ(arguments, (std::vector<std::wstring>{L"--add-index-scope", L"--subject:Photos", L"C:", L"D:\\Data"}))
-        << run->command_line;
+    EXPECT_EQ(first_run_arguments(record),
+              (std::vector<std::wstring>{L"--add-index-scope", L"--subject:Photos", L"C:", L"D:\\Data"}));
 }
 
 TEST_F(toast_requests, a_flood_from_four_senders_leaves_the_tray_responsive_and_its_memory_flat) {
+    test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", 0);
     running_tray tray;
     ASSERT_NE(tray.window(), nullptr);
+    // A first toast shows, in the dark theme, so the flood meets a busy dispatcher.
+    ASSERT_TRUE(sent(toast_click_action::none, L"", L"Dark theme"));
+    const HWND notification = wait_for_notification(tray.process().id());
+    ASSERT_NE(notification, nullptr);
+    picture_and_click(notification, L"toast-dark", false);
+    RECT r{};
+    GetWindowRect(notification, &r);
+    const uint32_t rgb = desktop::capture({r.right - 8, r.bottom - 8, r.right - 4, r.bottom - 4}).at(r.right - 6, r.bottom - 6);
+    EXPECT_LT(((rgb >> 16) & 0xFF) + ((rgb >> 8) & 0xFF) + (rgb & 0xFF), 3u * 96) << "a dark background";
+
     const unique_handle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, tray.process().id()));
     const auto private_bytes = [&] {
         PROCESS_MEMORY_COUNTERS_EX counters{};
-        counters.cb = sizeof(counters);
         GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof(counters));
         return counters.PrivateUsage;
     };
-    // A first toast shows, so the flood meets a busy dispatcher.
-    ASSERT_TRUE(sent(toast_click_action::none, L"", L"Before the flood"));
-    ASSERT_NE(wait_for_notification(tray.process().id()), nullptr);
     const SIZE_T before = private_bytes();
-
     std::vector<child_process> senders;
     for (const wchar_t* tag : {L"a", L"b", L"c", L"d"}) {
         senders.push_back(child_process::start(test_support::this_program(), std::wstring(L"--flood 2500 ") + tag));
     }
-    int answered = 0;
+    DWORD_PTR ignored = 0;
     while (std::any_of(senders.begin(), senders.end(), [](const child_process& s) { return s.running(); })) {
-        DWORD_PTR ignored = 0;
-        answered += SendMessageTimeoutW(tray.window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &ignored) != 0;
+        EXPECT_NE(SendMessageTimeoutW(tray.window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &ignored), 0) << "responsive";
         Sleep(20);
     }
     for (const auto& sender : senders) EXPECT_EQ(sender.wait_exit(), 0u) << "every request was taken";
-    EXPECT_GT(answered, 0);
-    DWORD_PTR ignored = 0;
-    EXPECT_NE(SendMessageTimeoutW(tray.window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &ignored), 0) << "responsive";
     EXPECT_LT(private_bytes(), before + 8 * 1024 * 1024) << "at most three requests wait: memory stays flat";
 }
 
 // A system whose shell cannot start programs and whose Settings app is missing: the direct start
-// fails too, and the user is told why in the failure dialog.
+// fails too, and the user is told why.
 TEST_F(toast_requests, a_settings_app_that_cannot_start_gives_the_failure_dialog) {
     // The shell's automation classes point at a class that does not exist, so both shell roads fail.
     const std::wstring treat_as[] = {L"Software\\Classes\\CLSID\\{13709620-C279-11CE-A49E-444553540000}\\TreatAs",
@@ -228,8 +201,7 @@ TEST_F(toast_requests, a_settings_app_that_cannot_start_gives_the_failure_dialog
     for (const auto& key : treat_as) {
         test_registry::set_string(HKEY_LOCAL_MACHINE, key, nullptr, L"{6F1E2D3C-0000-4A5B-9C8D-000000000001}");
     }
-    const auto settings = bin() / L"Veldrake.exe";
-    const auto away = bin() / L"Veldrake.exe.away";
+    const auto settings = bin() / L"Veldrake.exe", away = bin() / L"Veldrake.exe.away";
     std::filesystem::rename(settings, away);
     const scope_exit restore([&] {
         std::error_code ignored;
@@ -242,19 +214,18 @@ TEST_F(toast_requests, a_settings_app_that_cannot_start_gives_the_failure_dialog
     ASSERT_TRUE(sent(toast_click_action::open_settings_tab, L"settings", L"Open settings"));
     const HWND notification = wait_for_notification(tray.process().id());
     ASSERT_NE(notification, nullptr);
-    ASSERT_TRUE(click_window(notification));
+    picture_and_click(notification, L"toast-settings");
 
-    HWND dialog = nullptr;
-    ASSERT_TRUE(poll_until([&] { return (dialog = find_window_of(tray.process().id(), L"#32770", L"Veldrake")) != nullptr; }))
-        << "no failure dialog";
-    picture(dialog, L"settings-failure-dialog");
+    const HWND dialog = wait_for_window(tray.process().id(), L"#32770", L"Veldrake");
+    ASSERT_NE(dialog, nullptr) << "no failure dialog";
+    picture_and_click(dialog, L"settings-failure-dialog", false);
     std::wstring text;
     EnumChildWindows(
         dialog,
         [](HWND child, LPARAM out) -> BOOL {
             wchar_t buffer[2048] = {};
             GetWindowTextW(child, buffer, 2048);
-            if (std::wstring(buffer).find(L"Settings app") != std::wstring::npos) *reinterpret_cast<std::wstring*>(out) = buffer;
+            if (std::wcsstr(buffer, L"Settings app")) *reinterpret_cast<std::wstring*>(out) = buffer;
             return TRUE;
         },
         reinterpret_cast<LPARAM>(&text));
@@ -266,7 +237,6 @@ TEST_F(toast_requests, a_settings_app_that_cannot_start_gives_the_failure_dialog
 
     const auto lines = read_lines(tray_log_file());
     EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
-        return line.find("[ERROR] Failed to launch the Settings app ") != std::string::npos &&
-               line.find(": error 2") != std::string::npos;
+        return line.find("[ERROR] Failed to launch the Settings app ") != std::string::npos && line.ends_with(": error 2");
     }));
 }

@@ -5,24 +5,30 @@
 #include <chrono>
 
 using tray_toast_ipc::toast_click_action;
+using namespace std::chrono_literals;
 
 namespace {
 
-// A stand-in for the platform's toast: it records titles and holds each toast on screen until the test
-// lets it go or the dispatcher asks it to end.
-class fake_screen {
-public:
+// Stands in for the platform's toast: records titles and keeps each toast up, polling like the real
+// one, until the test lets it go or the dispatcher wants it gone.
+struct fake_screen {
+    std::mutex mutex;
+    std::vector<std::wstring> shown;
+    std::vector<std::string> tabs;
+    std::vector<std::pair<std::vector<std::wstring>, std::wstring>> indexed;
+    std::atomic<int> released = 0;
+    std::atomic<bool> ended_by_stop = false;
+
     toast_platform platform() {
         toast_platform p;
-        p.thread_begin = [this] { begun = true; };
         p.show = [this](const toast_entry& entry, std::function<bool()> should_continue) {
-            std::unique_lock lock(mutex);
-            shown.push_back(entry.title);
-            if (entry.on_click) entry.on_click();
-            changed.notify_all();
-            changed.wait(lock, [&] { return released > 0 || !should_continue(); });
+            {
+                std::lock_guard lock(mutex);
+                shown.push_back(entry.title);
+            }
+            while (should_continue() && released == 0) std::this_thread::sleep_for(1ms);
             if (released > 0) --released;
-            if (!should_continue()) ended_by_stop = true;
+            else ended_by_stop = true;
         };
         p.open_settings_tab = [this](const std::string& tab) { tabs.push_back(tab); };
         p.add_to_index = [this](const std::vector<std::wstring>& paths, const std::wstring& subject) {
@@ -31,61 +37,34 @@ public:
         };
         return p;
     }
-
-    void wait_shown(size_t count) {
-        std::unique_lock lock(mutex);
-        ASSERT_TRUE(changed.wait_for(lock, std::chrono::seconds(10), [&] { return shown.size() >= count; }));
-    }
-    void release_one() {
+    size_t count() {
         std::lock_guard lock(mutex);
-        ++released;
-        changed.notify_all();
+        return shown.size();
     }
-    // The dispatcher's stop flag changes outside our lock: poke the waiting toast so it looks again.
-    void poke() { changed.notify_all(); }
-
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::vector<std::wstring> shown;
-    std::vector<std::string> tabs;
-    std::vector<std::pair<std::vector<std::wstring>, std::wstring>> indexed;
-    int released = 0;
-    std::atomic<bool> begun = false;
-    std::atomic<bool> ended_by_stop = false;
+    void wait_shown(size_t n) {
+        for (int i = 0; i < 10000 && count() < n; ++i) std::this_thread::sleep_for(1ms);
+        ASSERT_GE(count(), n);
+    }
 };
 
 toast_entry entry(const wchar_t* title, const wchar_t* text = L"text") { return {L"", L"", title, text, {}}; }
 
 }  // namespace
 
-TEST(toast_dispatcher_threads, four_requests_during_a_toast_leave_the_last_three) {
+TEST(toast_dispatcher_threads, queue_keeps_the_newest_three_and_drops_equal_ones_only_while_queued) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
     dispatcher.start();
     dispatcher.enqueue(entry(L"showing"));
     screen.wait_shown(1);
-    for (const wchar_t* title : {L"a", L"b", L"c", L"d"}) dispatcher.enqueue(entry(title));
-    for (int i = 0; i < 4; ++i) screen.release_one();
+    dispatcher.enqueue(entry(L"showing"));  // the first is on screen, no longer queued: taken
+    dispatcher.enqueue(entry(L"showing"));  // equal to a queued one: dropped
+    dispatcher.enqueue(entry(L"empty", L""));  // no text: dropped
+    for (const wchar_t* title : {L"a", L"b", L"c"}) dispatcher.enqueue(entry(title));  // "showing" falls out
+    screen.released = 4;
     screen.wait_shown(4);
     dispatcher.stop();
-    EXPECT_EQ(screen.shown, (std::vector<std::wstring>{L"showing", L"b", L"c", L"d"}));
-    EXPECT_TRUE(screen.begun);
-}
-
-TEST(toast_dispatcher_threads, equal_title_and_text_are_dropped_only_while_queued) {
-    fake_screen screen;
-    toast_dispatcher dispatcher(screen.platform());
-    dispatcher.start();
-    dispatcher.enqueue(entry(L"same"));
-    screen.wait_shown(1);
-    dispatcher.enqueue(entry(L"same"));  // the first is on screen, no longer queued: accepted
-    dispatcher.enqueue(entry(L"same"));  // equal to a queued one: dropped
-    dispatcher.enqueue(entry(L"same", L"other text"));
-    dispatcher.enqueue(entry(L"empty", L""));  // no text: dropped
-    for (int i = 0; i < 3; ++i) screen.release_one();
-    screen.wait_shown(3);
-    dispatcher.stop();
-    EXPECT_EQ(screen.shown, (std::vector<std::wstring>{L"same", L"same", L"same"}));
+    EXPECT_EQ(screen.shown, (std::vector<std::wstring>{L"showing", L"a", L"b", L"c"}));
 }
 
 TEST(toast_dispatcher_threads, stop_ends_a_showing_toast_and_drops_later_requests) {
@@ -95,39 +74,32 @@ TEST(toast_dispatcher_threads, stop_ends_a_showing_toast_and_drops_later_request
     dispatcher.enqueue(entry(L"long"));
     dispatcher.enqueue(entry(L"queued"));
     screen.wait_shown(1);
-    std::thread poker([&] {
-        while (dispatcher.running() && !screen.ended_by_stop) {
-            screen.poke();
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-    });
     dispatcher.stop();
-    poker.join();
     dispatcher.enqueue(entry(L"after stop"));
     EXPECT_TRUE(screen.ended_by_stop);
     EXPECT_EQ(screen.shown, std::vector<std::wstring>{L"long"});
     EXPECT_FALSE(dispatcher.running());
 }
 
-TEST(toast_dispatcher_threads, copy_data_is_refused_silently_unless_it_is_a_toast_request) {
+TEST(toast_dispatcher, copy_data_is_refused_unless_it_is_a_toast_request) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
-    const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"title", L"text", toast_click_action::none, L""});
-    const auto bytes = static_cast<uint32_t>((good.size() + 1) * sizeof(wchar_t));
+    const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", toast_click_action::none, L""});
     const std::wstring six_fields = L"1\u0001\u0001\u0001title\u0001text\u00010";
+    const auto bytes = [](const std::wstring& s) { return static_cast<uint32_t>((s.size() + 1) * sizeof(wchar_t)); };
+    constexpr uint64_t id = tray_toast_ipc::TOAST_COPYDATA_ID;
     const struct {
         const char* name;
         copy_data_view view;
         bool taken;
     } cases[] = {
-        {"good", {tray_toast_ipc::TOAST_COPYDATA_ID, good.c_str(), bytes}, true},
-        {"odd byte count", {tray_toast_ipc::TOAST_COPYDATA_ID, good.c_str(), bytes - 1}, true},
-        {"another dwData", {0x4B445655, good.c_str(), bytes}, false},
-        {"upper bytes set", {0x1'4B445654, good.c_str(), bytes}, false},
-        {"null data", {tray_toast_ipc::TOAST_COPYDATA_ID, nullptr, bytes}, false},
-        {"cbData 0", {tray_toast_ipc::TOAST_COPYDATA_ID, good.c_str(), 0}, false},
-        {"cbData 1", {tray_toast_ipc::TOAST_COPYDATA_ID, good.c_str(), 1}, false},
-        {"six fields", {tray_toast_ipc::TOAST_COPYDATA_ID, six_fields.c_str(), static_cast<uint32_t>((six_fields.size() + 1) * sizeof(wchar_t))}, false},
+        {"good", {id, good.c_str(), bytes(good)}, true},
+        {"odd byte count", {id, good.c_str(), bytes(good) - 1}, true},
+        {"another dwData", {0x4B445655, good.c_str(), bytes(good)}, false},
+        {"upper bytes set", {0x1'0000'0000 | id, good.c_str(), bytes(good)}, false},
+        {"null data", {id, nullptr, bytes(good)}, false},
+        {"cbData 1", {id, good.c_str(), 1}, false},
+        {"six fields", {id, six_fields.c_str(), bytes(six_fields)}, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -136,7 +108,7 @@ TEST(toast_dispatcher_threads, copy_data_is_refused_silently_unless_it_is_a_toas
     EXPECT_FALSE(dispatcher.on_copy_data(nullptr));
 }
 
-TEST(toast_dispatcher_threads, click_handlers_start_what_the_action_names) {
+TEST(toast_dispatcher, click_handlers_start_what_the_action_names) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
     const struct {
@@ -162,6 +134,5 @@ TEST(toast_dispatcher_threads, click_handlers_start_what_the_action_names) {
     }
     EXPECT_EQ(screen.tabs, std::vector<std::string>{"context-menu-replacement"});
     ASSERT_EQ(screen.indexed.size(), 1u);
-    EXPECT_EQ(screen.indexed[0].first, std::vector<std::wstring>{L"C:\\Pictures\\"});
-    EXPECT_EQ(screen.indexed[0].second, L"Photos");
+    EXPECT_EQ(screen.indexed[0], (std::pair<std::vector<std::wstring>, std::wstring>{{L"C:\\Pictures\\"}, L"Photos"}));
 }
