@@ -10,12 +10,6 @@ namespace desktop {
 
 namespace {
 
-std::filesystem::path scratch_folder() {
-    const auto folder = std::filesystem::temp_directory_path() / L"veldrake-desktop";
-    std::filesystem::create_directories(folder);
-    return folder;
-}
-
 std::string quoted(const std::filesystem::path& p) { return "'" + unix_path(p) + "'"; }
 
 }  // namespace
@@ -25,8 +19,7 @@ std::string unix_path(const std::filesystem::path& windows_path) {
     using converter = char*(CDECL*)(LPCWSTR);
     static const auto to_unix = reinterpret_cast<converter>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-    if (!to_unix) return {};
-    char* converted = to_unix(std::filesystem::absolute(windows_path).c_str());
+    char* converted = to_unix ? to_unix(std::filesystem::absolute(windows_path).c_str()) : nullptr;
     if (!converted) return {};
     std::string result = converted;
     HeapFree(GetProcessHeap(), 0, converted);
@@ -35,8 +28,9 @@ std::string unix_path(const std::filesystem::path& windows_path) {
 
 std::optional<int> run_unix(const std::string& command, std::chrono::milliseconds timeout) {
     static std::atomic<int> counter{0};
-    const auto marker = scratch_folder() / (L"done-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-                                            std::to_wstring(counter++));
+    const auto folder = std::filesystem::temp_directory_path() / L"veldrake-desktop";
+    std::filesystem::create_directories(folder);
+    const auto marker = folder / (std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++));
     std::error_code ignored;
     std::filesystem::remove(marker, ignored);
     const std::string script = command + "; echo $? > " + quoted(marker);
@@ -47,14 +41,13 @@ std::optional<int> run_unix(const std::string& command, std::chrono::millisecond
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
         return std::nullopt;
     }
-    if (info.hThread) CloseHandle(info.hThread);
-    if (info.hProcess) CloseHandle(info.hProcess);
+    CloseHandle(info.hThread);
+    CloseHandle(info.hProcess);
     std::optional<int> code;
     test_support::poll_until(
         [&] {
-            std::ifstream in(marker);
             int value = 0;
-            if (in >> value) code = value;
+            if (std::ifstream(marker) >> value) code = value;
             return code.has_value();
         },
         timeout);
@@ -62,16 +55,15 @@ std::optional<int> run_unix(const std::string& command, std::chrono::millisecond
     return code;
 }
 
-bool click(POINT at, int button) {
+bool click(POINT at, int button, int count) {
     // No --sync: it waits for a motion that never comes when the pointer is already there. The X server
     // takes the move and the click in order all the same.
-    return run_unix("xdotool mousemove " + std::to_string(at.x) + " " + std::to_string(at.y) + " click " +
-                    std::to_string(button)) == 0;
-}
-
-bool double_click(POINT at) {
-    return run_unix("xdotool mousemove " + std::to_string(at.x) + " " + std::to_string(at.y) +
-                    " click --repeat 2 --delay 80 1") == 0;
+    std::string command = "xdotool mousemove " + std::to_string(at.x) + " " + std::to_string(at.y);
+    if (button != 0) {
+        command += count > 1 ? " click --repeat " + std::to_string(count) + " --delay 80 " : " click ";
+        command += std::to_string(button);
+    }
+    return run_unix(command) == 0;
 }
 
 bool click_empty_desktop() { return click({300, 200}, 1); }
@@ -94,71 +86,41 @@ std::filesystem::path artifacts_folder() {
 }
 
 screen_pixels capture(const RECT& area) {
-    screen_pixels p;
-    p.area = area;
     const int width = area.right - area.left, height = area.bottom - area.top;
-    p.rgb.assign(static_cast<size_t>(width) * height, 0);
+    screen_pixels p{area, std::vector<uint32_t>(static_cast<size_t>(width) * height)};
     const HDC screen = GetDC(nullptr);
     const HDC memory = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
+    const HGDIOBJ old = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
+    SelectObject(memory, old);
     BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    const HBITMAP section = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    if (section && bits) {
-        const HGDIOBJ old = SelectObject(memory, section);
-        BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
-        GdiFlush();
-        const auto* source = static_cast<const uint32_t*>(bits);
-        for (size_t i = 0; i < p.rgb.size(); ++i) p.rgb[i] = source[i] & 0xFFFFFF;
-        SelectObject(memory, old);
-    }
-    if (section) DeleteObject(section);
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), p.rgb.data(), &info, DIB_RGB_COLORS);
+    for (uint32_t& v : p.rgb) v &= 0xFFFFFF;
+    DeleteObject(bitmap);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
     return p;
 }
 
-RECT notification_area() {
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    return {width / 2, height - 24, width, height};
-}
-
-std::optional<RECT> find_colour(const screen_pixels& pixels, uint32_t rgb, int tolerance) {
+std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance) {
+    const screen_pixels pixels = capture(area);
     std::optional<RECT> box;
-    for (int y = pixels.area.top; y < pixels.area.bottom; ++y) {
-        for (int x = pixels.area.left; x < pixels.area.right; ++x) {
+    for (int y = area.top; y < area.bottom; ++y) {
+        for (int x = area.left; x < area.right; ++x) {
             const uint32_t v = pixels.at(x, y);
-            bool close_enough = true;
+            bool close = true;
             for (int shift = 0; shift < 24; shift += 8) {
-                close_enough = close_enough && std::abs(static_cast<int>((v >> shift) & 0xFF) - static_cast<int>((rgb >> shift) & 0xFF)) <=
-                                   tolerance;
+                close = close && std::abs(int((v >> shift) & 0xFF) - int((rgb >> shift) & 0xFF)) <= tolerance;
             }
-            if (!close_enough) continue;
-            if (!box) {
-                box = RECT{x, y, x + 1, y + 1};
-            } else {
-                box->left = std::min<LONG>(box->left, x);
-                box->top = std::min<LONG>(box->top, y);
-                box->right = std::max<LONG>(box->right, x + 1);
-                box->bottom = std::max<LONG>(box->bottom, y + 1);
-            }
+            if (!close) continue;
+            if (!box) box = RECT{x, y, x + 1, y + 1};
+            box = RECT{std::min<LONG>(box->left, x), std::min<LONG>(box->top, y), std::max<LONG>(box->right, x + 1),
+                       std::max<LONG>(box->bottom, y + 1)};
         }
     }
     return box;
-}
-
-HWND find_popup_menu(DWORD process_id) {
-    HWND found = nullptr;
-    while ((found = FindWindowExW(nullptr, found, L"#32768", nullptr)) != nullptr) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(found, &owner);
-        if (owner == process_id && IsWindowVisible(found)) return found;
-    }
-    return nullptr;
 }
 
 }  // namespace desktop

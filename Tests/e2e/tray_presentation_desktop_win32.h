@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -19,8 +20,8 @@ std::string unix_path(const std::filesystem::path& windows_path);
 // Runs `command` (no double quotes in it) under /bin/sh; its exit code, or nothing after `timeout`.
 std::optional<int> run_unix(const std::string& command, std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
-bool click(POINT at, int button);  // 1 left, 3 right
-bool double_click(POINT at);
+// Moves the pointer to `at` and clicks `button` (1 left, 3 right, 0 none) `count` times.
+bool click(POINT at, int button, int count = 1);
 // Moves the pointer away, to a quiet spot of the desktop, and clicks there.
 bool click_empty_desktop();
 
@@ -42,13 +43,7 @@ struct screen_pixels {
 };
 screen_pixels capture(const RECT& area);
 
-// The notification area: the bottom strip of the desktop's right half.
-RECT notification_area();
-
-// The bounding box of the pixels near `rgb` (0x00RRGGBB) in `area`, or nothing.
-std::optional<RECT> find_colour(const screen_pixels& pixels, uint32_t rgb, int tolerance = 12);
-
-// The visible popup menu window of `process_id`, or null.
-HWND find_popup_menu(DWORD process_id);
+// The bounding box of the pixels on screen within `tolerance` of `rgb` (0x00RRGGBB) in `area`, or nothing.
+std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance);
 
 }  // namespace desktop

@@ -1,76 +1,66 @@
 #include "common/test_registry_win32.h"
 #include "dialogs/windows11_button_win32.h"
+#include "platform/scope_exit.h"
 
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 using common_dialogs::windows11_button;
 
 namespace {
 
-// A button on a hidden top-level window, painted into a memory bitmap on request.
-class painted_button : public testing::Test {
-protected:
-    void SetUp() override {
-        test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
-        test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
-        parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 300, 100, nullptr, nullptr, nullptr, nullptr);
-        ASSERT_NE(parent, nullptr);
-        window = CreateWindowExW(0, L"BUTTON", L"OK", WS_CHILD | WS_VISIBLE | BS_DEFPUSHBUTTON, 10, 10, 120, 30, parent,
-                                 reinterpret_cast<HMENU>(IDOK), nullptr, nullptr);
-        ASSERT_NE(window, nullptr);
-    }
-    void TearDown() override {
-        DestroyWindow(parent);
-        test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
-    }
-
-    // The pixel 6 pixels in from the left, at half height: the fill, clear of border and text.
-    uint32_t fill() {
-        const HDC screen = GetDC(nullptr);
-        const HDC memory = CreateCompatibleDC(screen);
-        const unique_hgdiobj bitmap(CreateCompatibleBitmap(screen, 120, 30));
-        const HGDIOBJ old = SelectObject(memory, bitmap.get());
-        SendMessageW(window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory), PRF_CLIENT);
-        const COLORREF c = GetPixel(memory, 6, 15);
-        SelectObject(memory, old);
-        DeleteDC(memory);
-        ReleaseDC(nullptr, screen);
-        return c;
-    }
-
-    const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-    const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
-    HWND parent = nullptr, window = nullptr;
-};
+// The pixel 6 pixels in from the left, at half height, of a 120 x 30 button: the fill, clear of
+// border and text.
+uint32_t fill_of(HWND button) {
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    const unique_hgdiobj bitmap(CreateCompatibleBitmap(screen, 120, 30));
+    const HGDIOBJ old = SelectObject(memory, bitmap.get());
+    SendMessageW(button, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory), PRF_CLIENT);
+    const COLORREF c = GetPixel(memory, 6, 15);
+    SelectObject(memory, old);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return c;
+}
 
 }  // namespace
 
-TEST_F(painted_button, primary_follows_the_accent_read_at_each_paint) {
-    windows11_button button;
-    button.primary = true;
-    button.attach(window);
-    EXPECT_EQ(fill(), 0x000000u) << "no accent: black";
-    button.hover = true;
-    EXPECT_EQ(fill(), 0x333333u);
-    button.hover = false;
-    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
-    EXPECT_EQ(fill(), 0xD77800u) << "the accent, read again";
-    EnableWindow(window, FALSE);
-    EXPECT_EQ(fill(), 0xE6E6E6u) << "disabled, even when primary";
-}
+TEST(windows11_button, paints_the_accent_read_at_each_paint_and_the_theme_read_when_attached) {
+    const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
+    const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
+    test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
+    test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
+    const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 300, 100, nullptr, nullptr, nullptr, nullptr);
+    const scope_exit cleanup([&] {
+        DestroyWindow(parent);
+        test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
+        test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
+    });
+    const auto make = [&] {
+        return CreateWindowExW(0, L"BUTTON", L"OK", WS_CHILD | WS_VISIBLE, 10, 10, 120, 30, parent, nullptr, nullptr, nullptr);
+    };
+    const HWND primary_window = make(), plain_window = make();
+    ASSERT_TRUE(parent && primary_window && plain_window);
 
-TEST_F(painted_button, plain_button_in_light_and_dark) {
+    windows11_button primary;
+    primary.primary = true;
+    primary.attach(primary_window);
+    EXPECT_EQ(fill_of(primary_window), 0x000000u) << "no accent: black";
+    primary.hover = true;
+    EXPECT_EQ(fill_of(primary_window), 0x333333u);
+    primary.hover = false;
+    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
+    EXPECT_EQ(fill_of(primary_window), 0xD77800u) << "the accent, read again";
+    EnableWindow(primary_window, FALSE);
+    EXPECT_EQ(fill_of(primary_window), 0xE6E6E6u) << "disabled, even when primary";
+
     {
         windows11_button light;
-        light.attach(window);
-        EXPECT_EQ(fill(), 0xFAFAFAu);
+        light.attach(plain_window);
+        EXPECT_EQ(fill_of(plain_window), 0xFAFAFAu);
     }
-    // The theme is read when the button is attached.
     test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", 0);
     windows11_button dark;
-    dark.attach(window);
-    EXPECT_TRUE(dark.dark);
-    EXPECT_EQ(fill(), 0x303030u);
-    test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
+    dark.attach(plain_window);
+    EXPECT_EQ(fill_of(plain_window), 0x303030u);
 }

@@ -4,109 +4,70 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <cwchar>
+#include <vector>
+
 using namespace tray_menu_layout;
 
-TEST(tray_menu_layout, seven_items_in_their_order_with_one_separator) {
-    const auto items = entries();
-    ASSERT_EQ(items.size(), 7u);
-    const uint32_t commands[] = {ID_TRAY_SETTINGS, ID_TRAY_UPDATE, ID_TRAY_INDEXING_STATUS, ID_TRAY_FEEDBACK,
-                                 ID_TRAY_SUPPORT, 0, ID_TRAY_EXIT};
-    for (size_t i = 0; i < items.size(); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(items[i].command, commands[i]);
+TEST(tray_menu_layout, seven_items_in_their_order_two_with_dots_and_none_with_a_prefix_character) {
+    std::vector<uint32_t> commands;
+    std::vector<dot_kind> dots;
+    for (const entry& e : entries()) {
+        commands.push_back(e.command);
+        dots.push_back(e.dot);
         // Items are drawn with no prefix processing: an ampersand would print.
-        EXPECT_EQ(std::wstring(items[i].text).find(L'&'), std::wstring::npos);
+        EXPECT_EQ(std::wcschr(e.text, L'&'), nullptr) << commands.size();
     }
-    EXPECT_EQ(std::wstring(items[1].text), L"Download and install update...");
-    EXPECT_EQ(items[1].dot, dot_kind::update);
-    EXPECT_EQ(items[2].dot, dot_kind::indexing);
+    EXPECT_EQ(commands, (std::vector<uint32_t>{ID_TRAY_SETTINGS, ID_TRAY_UPDATE, ID_TRAY_INDEXING_STATUS,
+                                               ID_TRAY_FEEDBACK, ID_TRAY_SUPPORT, 0, ID_TRAY_EXIT}));
+    using enum dot_kind;
+    EXPECT_EQ(dots, (std::vector<dot_kind>{none, update, indexing, none, none, none, none}));
 }
 
-TEST(tray_menu_layout, colours_in_dark_and_light_with_and_without_accent) {
-    EXPECT_EQ(colours_for(true, 0xD77800), (colours{0x2B2B2B, 0xFFFFFF, 0x3E3E3E, 0x484848}));
-    EXPECT_EQ(colours_for(false, 0), (colours{0xF9F9F9, 0x000000, 0xFCF0E6, 0xDEDEDE}));
-    // Accent 0x00D77800 (B=D7 G=78 R=00): each channel 82 % of the way to white, truncated.
-    EXPECT_EQ(colours_for(false, 0xD77800).hover, 0xF7E6D1u);
-}
-
-TEST(tray_menu_layout, lengths_scale_at_96_120_and_144_dpi) {
+TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
+    using ui_metrics::rect;
     const struct {
         uint32_t dpi;
-        int32_t separator, column, item_width, item_height, lift_px;
+        int32_t separator, item_width, item_height, bitmap_x, text_left;
+        rect hover;
     } cases[] = {
         // Text 100 x 16, no bitmap: column 16, width 16 + 24 + 12 + 12 + 100, height 16 + 10.
-        {96, 9, 16, 164, 26, 25},
-        {120, 11, 20, 20 + 30 + 15 + 15 + 100, 20 + 13, 31},
-        // MulDiv(9, 144, 96) is 13.5, rounded up.
-        {144, 14, 24, 24 + 36 + 18 + 18 + 100, 24 + 15, 38},
+        {96, 9, 164, 26, 12, 12 + 16 + 12, {4, 32, 196, 54}},
+        {120, 11, 20 + 30 + 15 + 15 + 100, 20 + 13, 15 + 2, 15 + 20 + 15, {5, 33, 195, 53}},
+        // MulDiv(9, 144, 96) is 13.5, rounded up; a 16-pixel dot is centred in the 24-pixel column.
+        {144, 14, 24 + 36 + 18 + 18 + 100, 24 + 15, 18 + 4, 18 + 24 + 18, {6, 33, 194, 53}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(fmt::format("dpi={}", c.dpi));
         EXPECT_EQ(measure_separator(c.dpi), (item_size{0, c.separator}));
         EXPECT_EQ(measure_item(c.dpi, 100, 16, 0), (item_size{c.item_width, c.item_height}));
-        EXPECT_EQ(ui_metrics::scale(lift, c.dpi), c.lift_px);
+        const item_geometry g = geometry(c.dpi, {0, 30, 200, 56}, 16, 16);
+        EXPECT_EQ(g.bitmap_x, c.bitmap_x);
+        EXPECT_EQ(g.text.left, c.text_left);
+        EXPECT_EQ(g.hover, c.hover);
     }
-    // A bitmap wider than the column widens it; a tall text sets the height.
+    // A bitmap wider than the column widens it; a tall text sets the height; the line halves the item.
     EXPECT_EQ(measure_item(96, 50, 40, 20), (item_size{20 + 24 + 12 + 12 + 50, 40 + 10}));
+    EXPECT_EQ(geometry(96, {0, 30, 200, 56}, 16, 16).separator_line, (rect{4, 43, 196, 44}));
 }
 
-TEST(tray_menu_layout, draw_geometry_of_an_item_and_a_separator) {
-    const ui_metrics::rect item{0, 30, 200, 56};
-    const auto g96 = geometry(96, item, 16, 16);
-    EXPECT_EQ(g96.hover, (ui_metrics::rect{4, 32, 196, 54}));
-    EXPECT_EQ(g96.corner, 8);
-    EXPECT_EQ(g96.bitmap_x, 12);
-    EXPECT_EQ(g96.bitmap_y, 30 + 5);
-    EXPECT_EQ(g96.text, (ui_metrics::rect{12 + 16 + 12, 30, 188, 56}));
-    EXPECT_EQ(g96.separator_line, (ui_metrics::rect{4, 43, 196, 44}));
-
-    // At 144 dpi a 16-pixel dot is centred in the 24-pixel column.
-    const auto g144 = geometry(144, item, 16, 16);
-    EXPECT_EQ(g144.bitmap_x, 18 + 4);
-    EXPECT_EQ(g144.text.left, 18 + 24 + 18);
-    EXPECT_EQ(g144.hover, (ui_metrics::rect{6, 33, 194, 53}));
-    EXPECT_EQ(g144.corner, 12);
-}
-
-TEST(tray_menu_layout, font_size_is_clamped_and_weight_words_match_exactly) {
-    const struct {
-        int64_t size;
-        int32_t clamped;
-    } sizes[] = {{4, 8}, {8, 8}, {12, 12}, {32, 32}, {100, 32}, {-5, 8}, {INT64_MAX, 32}};
-    for (const auto& c : sizes) {
-        SCOPED_TRACE(c.size);
-        EXPECT_EQ(clamp_font_size(c.size), c.clamped);
-    }
-    const struct {
-        const char* word;
-        int32_t weight;
-    } weights[] = {{"Light", 300}, {"Regular", 400}, {"Medium", 500}, {"Semibold", 600}, {"Bold", 700},
-                   {"bold", 400},  {"Heavy", 400},   {"", 400},       {"SemiBold", 400}};
-    for (const auto& c : weights) {
-        SCOPED_TRACE(c.word);
-        EXPECT_EQ(font_weight(c.word), c.weight);
-    }
-}
-
-TEST(tray_menu_layout, face_is_the_family_then_variable_text_then_the_system_face) {
+TEST(tray_menu_layout, font_from_size_weight_and_family) {
     const std::wstring thirty_one(31, L'F'), thirty_two(32, L'F');
+    const std::optional<std::wstring> variable{variable_text_face};
     const struct {
         const char* name;
-        std::wstring family;
+        font_settings settings;
+        uint32_t dpi;
         bool variable_exists;
-        std::optional<std::wstring> face;
+        font_choice expected;
     } cases[] = {
-        {"family", L"Cascadia Code", true, L"Cascadia Code"},
-        {"31 characters still fit", thirty_one, false, thirty_one},
-        {"32 characters count as none", thirty_two, true, std::wstring(variable_text_face)},
-        {"no family, variable text installed", L"", true, std::wstring(variable_text_face)},
-        {"no family, no variable text", L"", false, std::nullopt},
+        {"31 characters still fit", {32, thirty_one, "Light"}, 96, false, {-32, 300, thirty_one}},
+        {"32 characters count as none", {100, thirty_two, "Semibold"}, 96, true, {-32, 600, variable}},
+        {"no family, no variable text", {INT64_MAX, L"", "SemiBold"}, 120, false, {-40, 400, std::nullopt}},
+        {"clamped to 8, then scaled", {-5, L"", "bold"}, 144, true, {-12, 400, variable}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(choose_font({12, c.family, "Regular"}, 96, c.variable_exists).face, c.face);
+        EXPECT_EQ(choose_font(c.settings, c.dpi, c.variable_exists), c.expected);
     }
-    const font_choice at_144 = choose_font({4, L"", "Semibold"}, 144, false);
-    EXPECT_EQ(at_144.height, -12);  // 8 after the clamp, at 144 dpi
-    EXPECT_EQ(at_144.weight, 600);
 }
