@@ -9,25 +9,16 @@ foreach(double_source ${veldrake_double_sources})
 endforeach()
 
 # One double stands in for every sibling program: copies of it lie beside the tray under the suite's
-# names. powershell.exe belongs in the system folder; the tests that need it put it there.
-if(TARGET sibling_double)
-    set(veldrake_sibling_names
-        Veldrake.exe
-        Veldrake.ContextMenuReplacement.Controller.exe
-        Veldrake.HotkeyHandler.exe
-        Tessary.Common.BatchProcessor.exe)
-    set(copy_commands)
-    foreach(sibling_name ${veldrake_sibling_names})
-        list(APPEND copy_commands COMMAND "${CMAKE_COMMAND}" -E copy_if_different
-             "$<TARGET_FILE:sibling_double>" "${veldrake_bin}/${sibling_name}")
-    endforeach()
-    add_custom_command(TARGET sibling_double POST_BUILD ${copy_commands} COMMENT "Sibling-program doubles beside the tray")
-    add_dependencies(veldrake_win32_tests sibling_double)
-    add_dependencies(veldrake_e2e_tests sibling_double)
-endif()
-if(TARGET scenario_runner)
-    add_dependencies(veldrake_win32_tests scenario_runner veldrake_content)
-endif()
+# names; tests put further copies where they need them.
+set(copy_commands)
+foreach(sibling_name Veldrake.exe Veldrake.ContextMenuReplacement.Controller.exe Veldrake.HotkeyHandler.exe
+                     Tessary.Common.BatchProcessor.exe)
+    list(APPEND copy_commands COMMAND "${CMAKE_COMMAND}" -E copy_if_different "$<TARGET_FILE:sibling_double>"
+         "${veldrake_bin}/${sibling_name}")
+endforeach()
+add_custom_command(TARGET sibling_double POST_BUILD ${copy_commands} COMMENT "Sibling-program doubles beside the tray")
+add_dependencies(veldrake_win32_tests sibling_double scenario_runner veldrake_content)
+add_dependencies(veldrake_e2e_tests sibling_double)
 
 # The launchers' road through the desktop of the running Explorer ends Wine's desktop a few seconds
 # after it is used, with every window of every process on it. Its test runs alone, in a Wine prefix

@@ -9,50 +9,35 @@
 #include "process/background_task.h"
 #include "settings/high_level_settings.h"
 
-#include <chrono>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <thread>
-
-namespace {
-
-int read_settings(const std::wstring& app_name) {
-    high_level_settings::settings_file settings(app_name, L"High Level Settings");
-    const bool loaded = settings.reload_if_changed(false);
-    logging::log(log_severity::info, "runner: loaded {} enabled {} font size {}", loaded,
-                 settings.is_app_enabled("context-menu-replacement", false),
-                 settings.get_int("context-menu-replacement", "appearance.fontSizeDip", -1));
-    return 0;
-}
-
-size_t count_of(const std::filesystem::path& log, const std::string& text) {
-    std::ifstream in(log, std::ios::binary);
-    std::stringstream all;
-    all << in.rdbuf();
-    const std::string s = all.str();
-    size_t count = 0;
-    for (size_t at = s.find(text); at != std::string::npos; at = s.find(text, at + 1)) ++count;
-    return count;
-}
-
-int failing_tasks(const std::filesystem::path& log) {
-    run_background_task(L"runner_standard_failure", [] { throw std::runtime_error("the disk is gone"); });
-    run_background_task(L"runner_unknown_failure", [] { throw 42; });
-    for (int i = 0; i < 1000 && count_of(log, "[ERROR]") < 2; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    logging::log(log_severity::info, "runner: still running");
-    return 0;
-}
-
-}  // namespace
 
 int wmain(int argc, wchar_t** argv) {
     if (argc < 3) return 2;
     const std::filesystem::path log = argv[1];
     const std::wstring scenario = argv[2];
     process_logger().open(log);
-    if (scenario == L"settings" && argc == 4) return read_settings(argv[3]);
-    if (scenario == L"failing_tasks") return failing_tasks(log);
+    if (scenario == L"settings" && argc == 4) {
+        high_level_settings::settings_file settings(argv[3], L"High Level Settings");
+        const bool loaded = settings.reload_if_changed(false);
+        logging::log(log_severity::info, "runner: loaded {} enabled {} font size {}", loaded,
+                     settings.is_app_enabled("context-menu-replacement", false),
+                     settings.get_int("context-menu-replacement", "appearance.fontSizeDip", -1));
+        return 0;
+    }
+    if (scenario == L"failing_tasks") {
+        run_background_task(L"runner_standard_failure", [] { throw std::runtime_error("the disk is gone"); });
+        run_background_task(L"runner_unknown_failure", [] { throw 42; });
+        const auto errors = [&] {
+            std::ifstream in(log, std::ios::binary);
+            int count = 0;
+            for (std::string line; std::getline(in, line);) count += line.find("[ERROR]") != std::string::npos;
+            return count;
+        };
+        for (int i = 0; i < 1000 && errors() < 2; ++i) Sleep(20);
+        logging::log(log_severity::info, "runner: still running");
+        return 0;
+    }
     return 2;
 }

@@ -3,10 +3,12 @@
 // Drives the sibling-program double from a test: where it records, how it exits, and what it saw.
 #include <windows.h>
 
+#include "common/wine_process_win32.h"
 #include "platform/string_conversion.h"
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,27 +23,14 @@ struct run_record {
     std::wstring command_line;  // GetCommandLineW, whole
 };
 
-inline std::filesystem::path test_bin() {
-    std::wstring buffer(32768, L'\0');
-    buffer.resize(GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size())));
-    return std::filesystem::path(buffer).parent_path();
-}
-
-// The double as built; the suite's names beside it are copies of it.
-inline std::filesystem::path built_double() { return test_bin() / L"sibling_double.exe"; }
-
 inline std::filesystem::path control_file(const std::filesystem::path& program) {
     return std::filesystem::path(program).concat(L".control");
 }
 
-// From now on, `program` appends to `record` and its n-th run exits with exit_codes[n] (the last
-// code for every later run).
-inline void control(const std::filesystem::path& program, const std::filesystem::path& record,
-                    const std::vector<long long>& exit_codes = {0}, unsigned stay_ms = 0) {
-    std::ofstream out(control_file(program), std::ios::binary | std::ios::trunc);
-    out << "record=" << to_utf8(record.wstring()) << "\nexit_codes=";
-    for (const auto code : exit_codes) out << code << ' ';
-    out << "\nstay_ms=" << stay_ms << "\n";
+// From now on, `program` appends to `record` and exits with `exit_code`.
+inline void control(const std::filesystem::path& program, const std::filesystem::path& record, DWORD exit_code = 0) {
+    std::ofstream(control_file(program), std::ios::binary | std::ios::trunc)
+        << to_utf8(record.wstring()) << '\n' << exit_code << '\n';
 }
 
 inline void remove_control(const std::filesystem::path& program) {
@@ -49,26 +38,11 @@ inline void remove_control(const std::filesystem::path& program) {
     std::filesystem::remove(control_file(program), ignored);
 }
 
-// Puts a copy of the double at `target` (replacing what is there) and returns `target`.
+// Puts a copy of the built double at `target` (replacing what is there) and returns `target`.
 inline std::filesystem::path install_copy(const std::filesystem::path& target) {
     std::filesystem::create_directories(target.parent_path());
-    std::filesystem::copy_file(built_double(), target, std::filesystem::copy_options::overwrite_existing);
-    return target;
-}
-
-// The stand-in powershell.exe in the prefix's system folder. Wine keeps a builtin of that name, so
-// the override makes the copy the one that runs.
-inline std::filesystem::path install_powershell() {
-    wchar_t system[MAX_PATH] = {};
-    GetSystemDirectoryW(system, MAX_PATH);
-    const auto target = install_copy(std::filesystem::path(system) / L"powershell.exe");
-    HKEY overrides = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Wine\\DllOverrides", 0, nullptr, 0, KEY_SET_VALUE, nullptr,
-                        &overrides, nullptr) == ERROR_SUCCESS) {
-        const wchar_t native[] = L"native";
-        RegSetValueExW(overrides, L"powershell.exe", 0, REG_SZ, reinterpret_cast<const BYTE*>(native), sizeof(native));
-        RegCloseKey(overrides);
-    }
+    std::filesystem::copy_file(test_support::this_program().parent_path() / L"sibling_double.exe", target,
+                               std::filesystem::copy_options::overwrite_existing);
     return target;
 }
 
@@ -76,16 +50,16 @@ inline std::vector<run_record> read_records(const std::filesystem::path& record)
     std::vector<run_record> runs;
     std::ifstream in(record, std::ios::binary);
     for (std::string line; std::getline(in, line);) {
-        std::vector<std::wstring> fields;
-        size_t start = 0;
-        for (int i = 0; i < 4; ++i) {
-            const size_t tab = line.find('\t', start);
-            if (tab == std::string::npos) break;
-            fields.push_back(to_wide(line.substr(start, tab - start)));
-            start = tab + 1;
+        std::istringstream fields(line);
+        run_record run;
+        for (std::wstring* field : {&run.program, &run.show, &run.console, &run.folder}) {
+            std::string text;
+            if (std::getline(fields, text, '\t')) *field = to_wide(text);
         }
-        if (fields.size() != 4) continue;
-        runs.push_back({fields[0], fields[1], fields[2], fields[3], to_wide(line.substr(start))});
+        std::string rest;  // the command line, tabs and all
+        if (!std::getline(fields, rest)) continue;
+        run.command_line = to_wide(rest);
+        runs.push_back(std::move(run));
     }
     return runs;
 }

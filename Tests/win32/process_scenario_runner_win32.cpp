@@ -4,7 +4,9 @@
 
 #include <fmt/xchar.h>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 
 namespace scenario_runner {
 
@@ -17,21 +19,19 @@ std::filesystem::path fresh_folder(const std::wstring& name) {
 }
 
 outcome run(const std::filesystem::path& folder, const std::wstring& arguments, bool with_default_settings) {
+    using std::filesystem::copy_options;
+    constexpr auto replace = copy_options::overwrite_existing | copy_options::recursive;
     const auto bin = test_support::this_program().parent_path();
-    std::filesystem::create_directories(folder);
-    const auto runner = folder / L"scenario_runner.exe";
-    std::filesystem::copy_file(bin / L"scenario_runner.exe", runner, std::filesystem::copy_options::overwrite_existing);
+    const auto runner = folder / L"scenario_runner.exe", log = folder / L"runner.log";
+    std::filesystem::create_directories(folder / L"Content");
+    std::filesystem::copy(bin / L"scenario_runner.exe", runner, replace);
     if (with_default_settings) {
-        std::filesystem::create_directories(folder / L"Content");
-        std::filesystem::copy(bin / L"Content" / L"Configurations", folder / L"Content" / L"Configurations",
-                              std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::copy(bin / L"Content\\Configurations", folder / L"Content\\Configurations", replace);
     }
-    const auto log = folder / L"runner.log";
     std::filesystem::remove(log);
 
-    outcome result;
     auto child = test_support::child_process::start(runner, fmt::format(L"\"{}\" {}", log.wstring(), arguments));
-    result.exit_code = child.wait_exit(std::chrono::seconds(30));
+    outcome result{child.wait_exit(std::chrono::seconds(30)), {}};
     child.terminate();
     std::ifstream in(log, std::ios::binary);
     for (std::string line; std::getline(in, line);) {
@@ -44,9 +44,8 @@ outcome run(const std::filesystem::path& folder, const std::wstring& arguments, 
 
 std::vector<std::string> lines_with(const std::vector<std::string>& log, const std::string& text) {
     std::vector<std::string> found;
-    for (const auto& line : log) {
-        if (line.find(text) != std::string::npos) found.push_back(line);
-    }
+    std::copy_if(log.begin(), log.end(), std::back_inserter(found),
+                 [&](const std::string& line) { return line.find(text) != std::string::npos; });
     return found;
 }
 

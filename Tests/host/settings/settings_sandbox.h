@@ -19,8 +19,6 @@ public:
         root_ = std::filesystem::temp_directory_path() / fmt::format("veldrake-settings-{:08x}{:08x}", seed(), seed());
         std::filesystem::create_directories(default_file().parent_path());
     }
-    settings_sandbox(const settings_sandbox&) = delete;
-    settings_sandbox& operator=(const settings_sandbox&) = delete;
     ~settings_sandbox() override {
         std::error_code ignored;
         std::filesystem::remove_all(root_, ignored);
@@ -40,34 +38,26 @@ public:
     std::filesystem::path user_file() const {
         return root_ / "LocalAppData" / "Kestrane" / "Veldrake" / "Settings" / "High Level Settings.json";
     }
-
-    // Writes `text` and gives the file a stamp of its own: `hour` hours after a fixed moment, so
-    // that two writes never share a stamp by chance.
-    static void write(const std::filesystem::path& file, std::string_view text, int hour) {
-        {
-            std::ofstream out(file, std::ios::binary | std::ios::trunc);
-            out.write(text.data(), static_cast<std::streamsize>(text.size()));
-        }
-        set_stamp(file, hour);
-    }
-    static void set_stamp(const std::filesystem::path& file, int hour) {
-        const auto base = std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 30);
-        static const auto fixed = std::chrono::floor<std::chrono::seconds>(base);
-        std::filesystem::last_write_time(file, fixed + std::chrono::hours(hour));
-    }
-
     std::unique_ptr<high_level_settings::settings_file> open() {
         return std::make_unique<high_level_settings::settings_file>(L"Settings", L"High Level Settings", *this);
     }
 
-    int stamp_reads = 0;
+    // Writes `text` with a stamp `hour` hours after a fixed moment, so that two writes never share
+    // a stamp by chance.
+    static void write(const std::filesystem::path& file, std::string_view text, int hour) {
+        static const auto fixed = std::chrono::floor<std::chrono::seconds>(
+            std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 30));
+        std::ofstream(file, std::ios::binary | std::ios::trunc) << text;
+        std::filesystem::last_write_time(file, fixed + std::chrono::hours(hour));
+    }
+
+    int stamp_reads = 0;  // counted for the benchmarks
 
 private:
     std::filesystem::path root_;
 };
 
-// One app record "x" whose settings object is `settings`, in a document of its own.
+// One app record "x" whose settings object is `settings`.
 inline std::string document_with_settings(std::string_view settings, std::string_view status = "enabled") {
-    return fmt::format(R"({{"version":"1.0","apps":[{{"app_id":"x","name":"X","status":"{}","settings":{}}}]}})", status,
-                       settings);
+    return fmt::format(R"({{"apps":[{{"app_id":"x","status":"{}","settings":{}}}]}})", status, settings);
 }
