@@ -2,10 +2,8 @@
 
 #include "common/test_registry_win32.h"
 #include "logging/log_format.h"
+#include "platform/paths_win32.h"
 #include "tray_messages.h"
-
-#include <knownfolders.h>
-#include <shlobj.h>
 
 #include <fstream>
 
@@ -13,13 +11,7 @@ namespace e2e {
 
 std::filesystem::path tray_exe() { return test_support::this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
 
-std::filesystem::path tray_data_root() {
-    PWSTR local = nullptr;
-    SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &local);
-    std::filesystem::path root = std::filesystem::path(local) / L"Kestrane" / L"Veldrake" / L"System Tray";
-    CoTaskMemFree(local);
-    return root;
-}
+std::filesystem::path tray_data_root() { return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"System Tray"; }
 
 std::filesystem::path tray_log_folder() { return tray_data_root() / L"System Tray" / L"Logs"; }
 
