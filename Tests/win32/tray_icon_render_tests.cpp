@@ -1,8 +1,8 @@
 #include "common/wine_process_win32.h"
 #include "platform/gdiplus_session_win32.h"
 #include "platform/unique_resource_win32.h"
-#include "tray_badge.h"
-#include "tray_icon_win32.h"
+#include "presentation/tray_badge.h"
+#include "presentation/tray_icon_win32.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

@@ -43,10 +43,17 @@ struct decision {
     std::optional<menu_request> show_menu;
 };
 
-// `cursor` is where the pointer is now, or nothing when the platform could not say.
-decision on_icon_message(state& s, uint32_t icon_id, uint32_t mouse_message, std::optional<point> cursor);
+// Whether the machine reads the pointer's position for this message; the icon also reports every
+// mouse move over it, and those need no position.
+bool uses_cursor(uint32_t mouse_message) noexcept;
+
+// `cursor` is where the pointer is now, or nothing when the platform could not say. `menu_open`: a
+// menu is up, and its modal loop is delivering this message. No menu opens over another, and a menu
+// that opens ends a pending single click.
+decision on_icon_message(state& s, uint32_t icon_id, uint32_t mouse_message, std::optional<point> cursor,
+                         bool menu_open = false);
 
 // The single-click timer ran out.
-decision on_single_click_timer(state& s);
+decision on_single_click_timer(state& s, bool menu_open = false);
 
 }  // namespace tray_clicks

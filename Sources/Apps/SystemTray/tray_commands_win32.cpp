@@ -5,7 +5,7 @@
 #include "logging/log.h"
 #include "process/background_task.h"
 #include "process/settings_app_win32.h"
-#include "tray_pages.h"
+#include "presentation/tray_pages.h"
 #include "tray_window_win32.h"
 
 #include <string>

@@ -129,7 +129,7 @@ void tray_window::on_timer(UINT_PTR id) {
             apply_microphone_settings();
             return;
         case TIMER_SINGLE_CLICK:
-            apply_click_decision(tray_clicks::on_single_click_timer(clicks));
+            apply_click_decision(tray_clicks::on_single_click_timer(clicks, menu_open));
             return;
         case TIMER_RECONCILE_DELAY:
             KillTimer(hwnd(), TIMER_RECONCILE_DELAY);
@@ -149,11 +149,12 @@ void tray_window::on_timer(UINT_PTR id) {
 }
 
 void tray_window::on_tray_notify(WPARAM icon_id, LPARAM mouse_message) {
-    POINT cursor{};
+    const auto message = static_cast<uint32_t>(LOWORD(mouse_message));
     std::optional<tray_clicks::point> where;
-    if (GetCursorPos(&cursor)) where = tray_clicks::point{cursor.x, cursor.y};
-    apply_click_decision(tray_clicks::on_icon_message(clicks, static_cast<uint32_t>(icon_id),
-                                                      static_cast<uint32_t>(LOWORD(mouse_message)), where));
+    POINT cursor{};
+    if (tray_clicks::uses_cursor(message) && GetCursorPos(&cursor)) where = tray_clicks::point{cursor.x, cursor.y};
+    apply_click_decision(
+        tray_clicks::on_icon_message(clicks, static_cast<uint32_t>(icon_id), message, where, menu_open));
 }
 
 void tray_window::apply_click_decision(const tray_clicks::decision& d) {

@@ -7,7 +7,7 @@
 #include "platform/unique_resource_win32.h"
 #include "platform/window_impl_win32.h"
 #include "tray_clicks.h"
-#include "tray_menu_win32.h"
+#include "presentation/tray_menu_win32.h"
 #include "tray_messages.h"
 #include "tray_toasts_win32.h"
 

@@ -1,4 +1,4 @@
-#include "tray_menu_settings.h"
+#include "presentation/tray_menu_settings.h"
 
 #include "platform/string_conversion.h"
 #include "settings/high_level_settings.h"

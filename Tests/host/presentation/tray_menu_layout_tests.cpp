@@ -1,4 +1,4 @@
-#include "tray_menu_layout.h"
+#include "presentation/tray_menu_layout.h"
 #include "tray_messages.h"
 
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-#include "tray_badge.h"
+#include "presentation/tray_badge.h"
 
 namespace tray_badge {
 

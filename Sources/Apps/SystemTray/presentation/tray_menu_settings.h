@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tray_menu_layout.h"
+#include "presentation/tray_menu_layout.h"
 
 namespace high_level_settings {
 class settings_file;

@@ -1,10 +1,10 @@
-#include "tray_icon_win32.h"
+#include "presentation/tray_icon_win32.h"
 
 #include <gdiplus.h>
 
 #include "logging/log.h"
 #include "platform/unique_resource_win32.h"
-#include "tray_badge.h"
+#include "presentation/tray_badge.h"
 #include "tray_messages.h"
 #include "tray_window_win32.h"
 

@@ -1,4 +1,4 @@
-#include "tray_menu_win32.h"
+#include "presentation/tray_menu_win32.h"
 
 #include <shellscalingapi.h>
 
@@ -6,7 +6,7 @@
 #include "dialogs/ui_metrics.h"
 #include "logging/log.h"
 #include "platform/unique_resource_win32.h"
-#include "tray_icon_win32.h"
+#include "presentation/tray_icon_win32.h"
 #include "tray_window_win32.h"
 
 #include <optional>
@@ -95,6 +95,9 @@ SIZE bitmap_size(HBITMAP bitmap) {
 }  // namespace
 
 void tray_window::show_tray_menu(tray_clicks::point at, bool from_left_click) {
+    // Timers and icon messages run inside the menu's modal loop; an inner menu would free the font
+    // and brush that the open one draws with.
+    if (menu_open) return;
     const POINT point{at.x, at.y};
     const bool dark = is_dark_mode();
     unique_hmenu menu(CreatePopupMenu());

@@ -1,6 +1,6 @@
-#include "tray_menu_layout.h"
+#include "presentation/tray_menu_layout.h"
 
-#include "tray_badge.h"
+#include "presentation/tray_badge.h"
 #include "tray_messages.h"
 
 #include <algorithm>

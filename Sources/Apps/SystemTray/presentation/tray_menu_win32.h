@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "tray_menu_layout.h"
+#include "presentation/tray_menu_layout.h"
 
 #include <string>
 

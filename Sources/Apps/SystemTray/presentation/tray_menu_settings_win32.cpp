@@ -1,7 +1,7 @@
 #include "logging/log.h"
 #include "settings/high_level_settings.h"
-#include "tray_menu_settings.h"
-#include "tray_menu_win32.h"
+#include "presentation/tray_menu_settings.h"
+#include "presentation/tray_menu_win32.h"
 
 #include <exception>
 #include <memory>

@@ -1,5 +1,5 @@
 #include "host/settings/settings_sandbox.h"
-#include "tray_menu_settings.h"
+#include "presentation/tray_menu_settings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "tray_badge.h"
-#include "tray_menu_layout.h"
+#include "presentation/tray_badge.h"
+#include "presentation/tray_menu_layout.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

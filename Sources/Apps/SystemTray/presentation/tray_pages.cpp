@@ -1,4 +1,4 @@
-#include "tray_pages.h"
+#include "presentation/tray_pages.h"
 
 #include "platform/string_conversion.h"
 
