@@ -1,6 +1,7 @@
 #include "tray_clicks.h"
 #include "tray_messages.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -9,90 +10,92 @@ using namespace tray_clicks;
 
 namespace {
 
-// What the window did over a sequence of icon messages and single-click timer expiries.
+// Flags on a step: the message arrives inside an open menu's loop, or the pointer's position is unknown.
+constexpr uint32_t in_menu = 0x10000, no_cursor = 0x20000;
+constexpr uint32_t timer_fires = 0;  // TIMER_SINGLE_CLICK ran out
+
 struct outcome {
-    int timers_started = 0, settings_opened = 0, mutes_toggled = 0;
+    int timers_started = 0, timers_killed = 0, settings_opened = 0, mutes_toggled = 0;
     std::vector<menu_request> menus;
+    bool still_pending = false;
+    friend bool operator==(const outcome&, const outcome&) = default;
+    friend void PrintTo(const outcome& o, std::ostream* out) {
+        *out << fmt::format("timers +{} -{}, settings {}, mutes {}, menus", o.timers_started, o.timers_killed,
+                            o.settings_opened, o.mutes_toggled);
+        for (const auto& m : o.menus) *out << fmt::format(" ({}, {}{})", m.at.x, m.at.y, m.from_left_click ? " left" : "");
+        *out << (o.still_pending ? ", pending" : "");
+    }
 };
 
-constexpr uint32_t timer_fires = 0;  // a step that stands for TIMER_SINGLE_CLICK
-constexpr point at{700, 580};
-
-outcome run(state& s, uint32_t icon, std::initializer_list<uint32_t> steps, std::optional<point> cursor = at) {
+// The pointer is at {i, 0} during step i, so a menu's position tells which step took it.
+outcome run(uint32_t icon, std::initializer_list<uint32_t> steps) {
+    state s;
     outcome o;
+    int32_t i = 0;
     for (const uint32_t step : steps) {
-        const decision d = step == timer_fires ? on_single_click_timer(s) : on_icon_message(s, icon, step, cursor);
+        const uint32_t message = step & 0xFFFF;
+        const bool menu_open = step & in_menu;
+        const auto cursor = step & no_cursor ? std::nullopt : std::optional<point>(point{i, 0});
+        ++i;
+        const decision d = message == timer_fires ? on_single_click_timer(s, menu_open)
+                                                  : on_icon_message(s, icon, message, cursor, menu_open);
         o.timers_started += d.start_single_click_timer;
+        o.timers_killed += d.kill_single_click_timer;
         o.settings_opened += d.open_settings;
         o.mutes_toggled += d.toggle_microphone;
         if (d.show_menu) o.menus.push_back(*d.show_menu);
     }
+    o.still_pending = s.single_click_pending;
     return o;
 }
 
 }  // namespace
 
-TEST(tray_clicks, left_clicks_open_settings_on_a_double_click_and_the_menu_after_the_double_click_time) {
+TEST(tray_clicks, clicks_open_settings_the_menu_or_the_microphone_and_never_a_menu_over_a_menu) {
     using namespace mouse;
+    constexpr uint32_t main = TRAY_ICON_MAIN, mic = TRAY_ICON_MICROPHONE;
     const struct {
         const char* name;
+        uint32_t icon;
         std::initializer_list<uint32_t> steps;
-        int timers, settings;
-        size_t menus;
-        bool still_pending;
+        outcome expected;
     } cases[] = {
-        {"double click: settings once, the last up swallowed",
-         {left_button_down, left_button_up, left_button_double_click, left_button_up, timer_fires}, 1, 1, 0, false},
-        {"single click: nothing before the timer", {left_button_down, left_button_up}, 1, 0, 0, true},
-        {"single click: the menu when the timer runs out", {left_button_down, left_button_up, timer_fires}, 1, 0, 1, false},
-        {"two slow clicks: two menus",
-         {left_button_down, left_button_up, timer_fires, left_button_down, left_button_up, timer_fires}, 2, 0, 2, false},
+        {"double click: settings once, its up swallowed, the next click counts", main,
+         {left_button_down, left_button_up, left_button_double_click, left_button_up, timer_fires, left_button_down,
+          left_button_up},
+         {2, 2, 1, 0, {}, true}},
+        {"single click: the menu where the button went down once the timer runs out", main,
+         {left_button_down, left_button_up, timer_fires}, {1, 1, 0, 0, {{{0, 0}, true}}, false}},
+        {"two slow clicks: two menus", main,
+         {left_button_down, left_button_up, timer_fires, left_button_down, left_button_up, timer_fires},
+         {2, 2, 0, 0, {{{0, 0}, true}, {{3, 0}, true}}, false}},
+        {"a position unknown at the down is taken at the up", main,
+         {left_button_down | no_cursor, left_button_up, timer_fires}, {1, 1, 0, 0, {{{1, 0}, true}}, false}},
+        {"right click, then a context menu without a down", main, {right_button_down, right_button_up, context_menu},
+         {0, 2, 0, 0, {{{0, 0}, false}, {{2, 0}, false}}, false}},
+        {"left then right within the double-click time: one menu, none when the timer fires inside it", main,
+         {left_button_down, left_button_up, right_button_down, right_button_up, timer_fires | in_menu},
+         {1, 2, 0, 0, {{{2, 0}, false}}, false}},
+        {"the timer runs out while a menu is open", main, {left_button_down, left_button_up, timer_fires | in_menu},
+         {1, 1, 0, 0, {}, false}},
+        {"clicks inside an open menu start nothing", main,
+         {left_button_down | in_menu, left_button_up | in_menu, right_button_up | in_menu}, {0, 2, 0, 0, {}, false}},
+        {"microphone: a toggle per left up, the menu on a right click", mic,
+         {left_button_down, left_button_up, left_button_double_click, left_button_up, right_button_down,
+          right_button_up, context_menu | in_menu},
+         {0, 2, 0, 2, {{{4, 0}, false}}, false}},
+        {"an unknown icon does nothing", 999, {left_button_down, left_button_up, right_button_up}, {}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        state s;
-        const auto o = run(s, TRAY_ICON_MAIN, c.steps);
-        EXPECT_EQ(o.timers_started, c.timers);
-        EXPECT_EQ(o.settings_opened, c.settings);
-        ASSERT_EQ(o.menus.size(), c.menus);
-        for (const auto& menu : o.menus) EXPECT_EQ(menu, (menu_request{at, true}));
-        EXPECT_EQ(s.single_click_pending, c.still_pending);
-        EXPECT_FALSE(s.swallow_next_click);
+        EXPECT_EQ(run(c.icon, c.steps), c.expected);
     }
 }
 
-TEST(tray_clicks, right_click_opens_the_menu_where_the_button_went_down_on_either_icon) {
-    for (const uint32_t icon : {TRAY_ICON_MAIN, TRAY_ICON_MICROPHONE}) {
-        for (const uint32_t up : {mouse::right_button_up, mouse::context_menu}) {
-            SCOPED_TRACE(testing::Message() << "icon " << icon << " message " << up);
-            state s;
-            on_icon_message(s, icon, mouse::right_button_down, point{10, 20});
-            auto d = on_icon_message(s, icon, up, point{30, 40});
-            EXPECT_EQ(d.show_menu, (menu_request{{10, 20}, false}));
-            // Without a button-down first, the menu opens where the pointer is now.
-            d = on_icon_message(s, icon, up, point{30, 40});
-            EXPECT_EQ(d.show_menu, (menu_request{{30, 40}, false}));
-            EXPECT_FALSE(s.click_point_valid);
-        }
+TEST(tray_clicks, only_button_and_context_menu_messages_read_the_pointer) {
+    using namespace mouse;
+    for (const uint32_t m : {left_button_down, left_button_up, right_button_down, right_button_up, context_menu}) {
+        EXPECT_TRUE(uses_cursor(m)) << m;
     }
-}
-
-TEST(tray_clicks, microphone_icon_toggles_on_each_left_button_up_and_nothing_else) {
-    state s;
-    const auto o = run(s, TRAY_ICON_MICROPHONE,
-                       {mouse::left_button_down, mouse::left_button_up, mouse::left_button_double_click,
-                        mouse::left_button_up});
-    EXPECT_EQ(o.mutes_toggled, 2);
-    EXPECT_EQ(o.timers_started + o.settings_opened + static_cast<int>(o.menus.size()), 0);
-    const auto other = run(s, 999, {mouse::left_button_down, mouse::left_button_up, mouse::right_button_up});
-    EXPECT_EQ(other.timers_started + other.mutes_toggled + static_cast<int>(other.menus.size()), 0) << "unknown icon";
-}
-
-TEST(tray_clicks, unknown_cursor_position_is_taken_again_at_button_up) {
-    state s;
-    on_icon_message(s, TRAY_ICON_MAIN, mouse::left_button_down, std::nullopt);
-    EXPECT_FALSE(s.click_point_valid);
-    on_icon_message(s, TRAY_ICON_MAIN, mouse::left_button_up, point{8, 9});
-    EXPECT_TRUE(s.click_point_valid);
-    EXPECT_EQ(s.click_point, (point{8, 9}));
+    for (const uint32_t m : {0x0200u, left_button_double_click}) EXPECT_FALSE(uses_cursor(m)) << m;
 }
