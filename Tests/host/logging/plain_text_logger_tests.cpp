@@ -1,72 +1,54 @@
+#include "host/common/temp_folder.h"
 #include "logging/log.h"
 #include "logging/plain_text_logger.h"
 
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <random>
 #include <regex>
-#include <sstream>
 #include <thread>
-
-namespace {
-
-// A fresh folder, removed at the end; Windows keeps a file that is still open, which is harmless.
-struct temp_folder {
-    std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                 fmt::format("veldrake-log-{:08x}", std::random_device{}());
-    temp_folder() { std::filesystem::create_directories(path); }
-    ~temp_folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-};
-
-std::string read_all(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
-}  // namespace
 
 TEST(plain_text_logger, appends_utf8_lines_with_bare_line_feeds_to_the_first_file_opened) {
     const temp_folder folder;
-    const auto path = folder.path / "tray.log";
     {
         plain_text_logger first;
         first.write(std::string_view("before open: lost"));
-        first.open(path);
+        first.open(folder.path / "tray.log");
         first.open(folder.path / "second.log");  // only the first open counts
         first.write(std::wstring_view(L"Gr\u00FC\u00DFe \u7D22\u5F15"));
         first.write(std::wstring_view(L""));
     }
     plain_text_logger again;  // a second start on the same day appends
-    again.open(path);
+    again.open(folder.path / "tray.log");
     again.write(std::string_view("second run"));
-    EXPECT_EQ(read_all(path), "Gr\xC3\xBC\xC3\x9F" "e \xE7\xB4\xA2\xE5\xBC\x95\n\nsecond run\n");
+    EXPECT_EQ(folder.read("tray.log"), "Gr\xC3\xBC\xC3\x9F" "e \xE7\xB4\xA2\xE5\xBC\x95\n\nsecond run\n");
     EXPECT_FALSE(std::filesystem::exists(folder.path / "second.log"));
 }
 
+// The one open is spent on the directory; another logger still opens a good path and writes alone.
 TEST(plain_text_logger, unopenable_file_makes_writes_quiet) {
     const temp_folder folder;
-    plain_text_logger logger;
-    logger.open(folder.path);  // a directory cannot be opened for appending
-    EXPECT_FALSE(logger.is_open());
-    logger.write(std::string_view("nothing"));
-    EXPECT_TRUE(std::filesystem::is_directory(folder.path));
+    plain_text_logger failed;
+    failed.open(folder.path);  // a directory cannot be opened for appending
+    failed.write(std::string_view("lost"));
+    failed.open(folder.path / "tray.log");
+    failed.write(std::string_view("lost too"));
+    EXPECT_FALSE(failed.is_open());
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path)) << "nothing was created";
+
+    plain_text_logger good;
+    good.open(folder.path / "tray.log");
+    good.write(std::string_view("kept"));
+    failed.write(std::string_view("lost at last"));
+    EXPECT_EQ(folder.read("tray.log"), "kept\n");
 }
 
 TEST(plain_text_logger, threads_never_interleave_inside_a_line) {
     const temp_folder folder;
-    const auto path = folder.path / "tray.log";
     constexpr int writers = 4, lines = 500;
     const auto body = [](int t) { return std::string(40 + t * 13, static_cast<char>('a' + t)); };
     {
         plain_text_logger logger;
-        logger.open(path);
+        logger.open(folder.path / "tray.log");
         std::vector<std::thread> threads;
         for (int t = 0; t < writers; ++t) {
             threads.emplace_back([&, t] {
@@ -75,7 +57,7 @@ TEST(plain_text_logger, threads_never_interleave_inside_a_line) {
         }
         for (auto& thread : threads) thread.join();
     }
-    std::istringstream in(read_all(path));
+    std::istringstream in(folder.read("tray.log"));
     std::vector<int> next(writers, 0);
     for (std::string line; std::getline(in, line);) {
         int t = -1, i = -1;
@@ -90,14 +72,13 @@ TEST(plain_text_logger, threads_never_interleave_inside_a_line) {
 // The process's logger opens once per process; this is the one test that opens it.
 TEST(plain_text_logger, narrow_and_wide_log_calls_write_identical_lines) {
     const temp_folder folder;
-    const auto path = folder.path / "tray.log";
-    process_logger().open(path);
+    process_logger().open(folder.path / "tray.log");
     logging::log(log_severity::info, "Starting logging for {} ({})", "System Tray", 42);
     logging::log(log_severity::info, L"Starting logging for {} ({})", L"System Tray", 42);
     logging::log(static_cast<log_severity>(9), "odd level");
 
     const std::regex line(R"(\[\d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{7}\] \[P:\d+ T:\d+\] \[(\w+)\] (.*))");
-    std::istringstream in(read_all(path));
+    std::istringstream in(folder.read("tray.log"));
     std::vector<std::pair<std::string, std::string>> parsed;
     for (std::string text; std::getline(in, text);) {
         std::smatch m;

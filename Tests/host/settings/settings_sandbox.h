@@ -1,28 +1,16 @@
 #pragma once
 
+#include "host/common/temp_folder.h"
 #include "settings/high_level_settings.h"
 
-#include <fmt/format.h>
-
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <random>
 #include <string_view>
 
 // A throwaway user and install folder for settings files: LocalAppData and the executable's folder
 // lie under one temporary root, and stamp reads go to the platform and are counted.
 class settings_sandbox final : public common::setting_utilities::settings_file_system {
 public:
-    settings_sandbox() {
-        std::random_device seed;
-        root_ = std::filesystem::temp_directory_path() / fmt::format("veldrake-settings-{:08x}{:08x}", seed(), seed());
-        std::filesystem::create_directories(default_file().parent_path());
-    }
-    ~settings_sandbox() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(root_, ignored);
-    }
+    settings_sandbox() { std::filesystem::create_directories(default_file().parent_path()); }
 
     std::filesystem::path local_app_data() override { return root_ / "LocalAppData"; }
     void* main_module() override { return this; }
@@ -54,7 +42,8 @@ public:
     int stamp_reads = 0;  // counted for the benchmarks
 
 private:
-    std::filesystem::path root_;
+    const temp_folder folder_;
+    const std::filesystem::path& root_ = folder_.path;
 };
 
 // One app record "x" whose settings object is `settings`.
