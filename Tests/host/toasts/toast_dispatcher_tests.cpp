@@ -9,8 +9,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Stands in for the platform's toast: records titles and keeps each toast up, polling like the real
-// one, until the test lets it go or the dispatcher wants it gone.
+// Stands in for the platform's toast: records "title/text" and keeps each toast up, polling like the
+// real one, until the test lets it go or the dispatcher wants it gone.
 struct fake_screen {
     std::mutex mutex;
     std::vector<std::wstring> shown;
@@ -24,7 +24,7 @@ struct fake_screen {
         p.show = [this](const toast_entry& entry, std::function<bool()> should_continue) {
             {
                 std::lock_guard lock(mutex);
-                shown.push_back(entry.title);
+                shown.push_back(entry.title + L"/" + entry.text);
             }
             while (should_continue() && released == 0) std::this_thread::sleep_for(1ms);
             if (released > 0) --released;
@@ -37,37 +37,40 @@ struct fake_screen {
         };
         return p;
     }
-    size_t count() {
+    std::vector<std::wstring> wait_shown(size_t n) {
+        for (int i = 0; i < 10000; ++i, std::this_thread::sleep_for(1ms)) {
+            std::lock_guard lock(mutex);
+            if (shown.size() >= n) break;
+        }
         std::lock_guard lock(mutex);
-        return shown.size();
-    }
-    void wait_shown(size_t n) {
-        for (int i = 0; i < 10000 && count() < n; ++i) std::this_thread::sleep_for(1ms);
-        ASSERT_GE(count(), n);
+        return shown;
     }
 };
 
-toast_entry entry(const wchar_t* title, const wchar_t* text = L"text") { return {L"", L"", title, text, {}}; }
+toast_entry entry(const wchar_t* title, const wchar_t* text = L"x") { return {L"", L"", title, text, {}}; }
 
 }  // namespace
 
-TEST(toast_dispatcher_threads, queue_keeps_the_newest_three_and_drops_equal_ones_only_while_queued) {
+TEST(toast_dispatcher_threads, queue_keeps_the_newest_three_and_drops_only_a_queued_equal_title_and_text) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
     dispatcher.start();
-    dispatcher.enqueue(entry(L"showing"));
+    dispatcher.enqueue(entry(L"up"));
     screen.wait_shown(1);
-    dispatcher.enqueue(entry(L"showing"));  // the first is on screen, no longer queued: taken
-    dispatcher.enqueue(entry(L"showing"));  // equal to a queued one: dropped
-    dispatcher.enqueue(entry(L"empty", L""));  // no text: dropped
-    for (const wchar_t* title : {L"a", L"b", L"c"}) dispatcher.enqueue(entry(title));  // "showing" falls out
+    dispatcher.enqueue(entry(L"up"));  // the first is on screen, no longer queued: taken
+    dispatcher.enqueue(entry(L"up"));  // equal to a queued one: dropped
+    dispatcher.enqueue(entry(L"a"));
+    dispatcher.enqueue(entry(L"a", L"y"));  // the same title with another text: taken
+    dispatcher.enqueue(entry(L"b"));        // the same text under another title: taken, "up" falls out
+    dispatcher.enqueue(entry(L"a"));        // dropped, or it would push "a/x" out
+    dispatcher.enqueue(entry(L"empty", L""));
     screen.released = 4;
-    screen.wait_shown(4);
+    EXPECT_EQ(screen.wait_shown(4), (std::vector<std::wstring>{L"up/x", L"a/x", L"a/y", L"b/x"}));
     dispatcher.stop();
-    EXPECT_EQ(screen.shown, (std::vector<std::wstring>{L"showing", L"a", L"b", L"c"}));
 }
 
-TEST(toast_dispatcher_threads, stop_ends_a_showing_toast_and_drops_later_requests) {
+// A stopped dispatcher holds nothing that a later start would show.
+TEST(toast_dispatcher_threads, stop_ends_a_showing_toast_and_drops_what_waits_and_what_comes_after) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
     dispatcher.start();
@@ -75,10 +78,12 @@ TEST(toast_dispatcher_threads, stop_ends_a_showing_toast_and_drops_later_request
     dispatcher.enqueue(entry(L"queued"));
     screen.wait_shown(1);
     dispatcher.stop();
-    dispatcher.enqueue(entry(L"after stop"));
     EXPECT_TRUE(screen.ended_by_stop);
-    EXPECT_EQ(screen.shown, std::vector<std::wstring>{L"long"});
-    EXPECT_FALSE(dispatcher.running());
+    dispatcher.enqueue(entry(L"after stop"));
+    dispatcher.start();
+    dispatcher.enqueue(entry(L"restarted"));
+    screen.released = 1;
+    EXPECT_EQ(screen.wait_shown(2), (std::vector<std::wstring>{L"long/x", L"restarted/x"}));
 }
 
 TEST(toast_dispatcher, copy_data_is_refused_unless_it_is_a_toast_request) {
