@@ -158,6 +158,20 @@ TEST_F(toast_requests, an_add_to_index_toast_starts_the_batch_helper_with_its_fo
               (std::vector<std::wstring>{L"--add-index-scope", L"--subject:Photos", L"C:", L"D:\\Data"}));
 }
 
+// Another program ending the tray politely posts WM_CLOSE to each of its windows, the notification too.
+TEST_F(toast_requests, a_notification_closed_from_outside_is_dismissed_and_the_tray_goes_on) {
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    ASSERT_TRUE(sent(toast_click_action::none, L"", L"First"));
+    const HWND first = wait_for_notification(tray.process().id());
+    ASSERT_NE(first, nullptr);
+    PostMessageW(first, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(poll_until([&] { return !IsWindow(first); }));
+    ASSERT_TRUE(sent(toast_click_action::none, L"", L"Second"));
+    EXPECT_NE(wait_for_notification(tray.process().id()), nullptr) << "the dispatcher shows the next one";
+    EXPECT_EQ(tray.close(), 0u) << "and stops at its next poll";
+}
+
 TEST_F(toast_requests, a_flood_from_four_senders_leaves_the_tray_responsive_and_its_memory_flat) {
     test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", 0);
     running_tray tray;

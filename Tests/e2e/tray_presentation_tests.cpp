@@ -82,14 +82,29 @@ protected:
         return icon.value_or(RECT{});
     }
 
-    // The tray's visible popup menu, or null.
-    HWND menu() const {
+    // The tray's visible popup menus, the first of them, or null.
+    std::vector<HWND> menus() const {
+        std::vector<HWND> found;
         for (HWND w = nullptr; (w = FindWindowExW(nullptr, w, L"#32768", nullptr)) != nullptr;) {
             DWORD owner = 0;
             GetWindowThreadProcessId(w, &owner);
-            if (owner == tray->process().id() && IsWindowVisible(w)) return w;
+            if (owner == tray->process().id() && IsWindowVisible(w)) found.push_back(w);
         }
-        return nullptr;
+        return found;
+    }
+    HWND menu() const {
+        const auto found = menus();
+        return found.empty() ? nullptr : found.front();
+    }
+    // Points at the first item and waits for its rounded hover: from the accent in light, grey in dark.
+    static bool hover_shows(HWND menu, bool dark) {
+        RECT where{};
+        GetWindowRect(menu, &where);
+        const POINT first = item_point(menu, 1);
+        if (!desktop::click(first, 0)) return false;
+        const RECT first_row{where.left + 12, first.y - 2, where.right - 12, first.y + 2};
+        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
+        return poll_until([&] { return desktop::find_colour(first_row, hover, 2).has_value(); });
     }
     // Opens the menu with a right click on the icon.
     HWND open_menu(const RECT& icon) {
@@ -119,6 +134,25 @@ TEST_F(tray_presentation, single_left_click_opens_the_menu_only_after_the_double
     EXPECT_TRUE(poll_until([&] { return menu() != nullptr; })) << "a single left click opens the menu";
     close_menu();
     EXPECT_EQ(tray->close(), 0u);
+}
+
+// A right click within the double-click time of a left click: the single-click timer runs out inside
+// the menu's loop and must open no second menu, nor take the open one's font and brush away.
+TEST_F(tray_presentation, a_right_click_after_a_left_one_opens_one_menu_that_keeps_drawing_and_exits) {
+    const UINT usual = GetDoubleClickTime();
+    constexpr UINT flags = SPIF_UPDATEINIFILE | SPIF_SENDCHANGE;
+    ASSERT_TRUE(SystemParametersInfoW(SPI_SETDOUBLECLICKTIME, 2000, nullptr, flags));
+    const scope_exit restore([&] { SystemParametersInfoW(SPI_SETDOUBLECLICKTIME, usual, nullptr, flags); });
+    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
+    const RECT icon = start();
+    ASSERT_TRUE(desktop::click(centre(icon), 1));
+    const HWND menu = open_menu(icon);
+    ASSERT_NE(menu, nullptr);
+    EXPECT_FALSE(poll_until([&] { return menus().size() > 1; }, std::chrono::milliseconds(2 * 2000)));
+    EXPECT_EQ(menus(), std::vector<HWND>{menu});
+    EXPECT_TRUE(hover_shows(menu, false)) << "the items still draw";
+    ASSERT_TRUE(desktop::click(item_point(menu, 6), 1));
+    EXPECT_EQ(tray->process().wait_exit(), 0u) << "Exit chosen from the menu";
 }
 
 TEST_F(tray_presentation, double_click_starts_settings_once_and_opens_no_menu) {
@@ -184,13 +218,7 @@ TEST_F(tray_presentation, right_click_opens_the_menu_in_light_and_dark_and_its_e
         const uint32_t background = dark ? 0x2B2B2B : 0xF9F9F9;
         EXPECT_TRUE(poll_until([&] { return desktop::find_colour(inside, background, 2).has_value(); }))
             << "the owner-drawn background";
-        // The pointer on the first item: its rounded hover, from the accent in light, grey in dark.
-        const POINT first = item_point(menu, 1);
-        ASSERT_TRUE(desktop::click(first, 0));
-        const RECT first_row{where.left + 12, first.y - 2, where.right - 12, first.y + 2};
-        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
-        EXPECT_TRUE(poll_until([&] { return desktop::find_colour(first_row, hover, 2).has_value(); }))
-            << "hover colour";
+        EXPECT_TRUE(hover_shows(menu, dark)) << "hover colour";
         keep_picture(dark ? L"tray-menu-dark" : L"tray-menu-light",
                      {where.left - 16, where.top - 16, std::min<LONG>(where.right + 16, 800), 600});
         if (!dark) close_menu();

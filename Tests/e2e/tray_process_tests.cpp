@@ -1,5 +1,6 @@
 #include "common/test_registry_win32.h"
 #include "e2e/tray_harness_win32.h"
+#include "platform/unique_resource_win32.h"
 #include "tray_messages.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,22 @@ using test_support::child_process;
 namespace {
 
 const std::wstring gate_key = L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance";
+
+// The line every start begins its log with, from the UI thread of that process.
+void expect_first_line(const std::string& line, DWORD process, DWORD thread) {
+    const std::regex first(
+        R"(^\[\d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{7}\] \[P:(\d+) T:(\d+)\] \[INFO\] Starting logging for System Tray$)");
+    std::smatch match;
+    ASSERT_TRUE(std::regex_match(line, match, first)) << line;
+    EXPECT_EQ(std::stoul(match[1]), process);
+    EXPECT_EQ(std::stoul(match[2]), thread) << "logged from the UI thread";
+}
+
+// Resume from sleep is answered with TRUE.
+bool answers(HWND tray) {
+    DWORD_PTR answer = 0;
+    return SendMessageTimeoutW(tray, WM_POWERBROADCAST, 7, 0, SMTO_ABORTIFHUNG, 5000, &answer) && answer == 1;
+}
 
 class tray_process : public testing::Test {
 protected:
@@ -31,21 +48,12 @@ TEST_F(tray_process, starts_hidden_logs_its_first_line_registers_its_name_and_en
 
     const auto lines = read_lines(tray_log_file());
     ASSERT_FALSE(lines.empty());
-    const std::regex first(
-        R"(^\[\d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{7}\] \[P:(\d+) T:(\d+)\] \[INFO\] Starting logging for System Tray$)");
-    std::smatch match;
-    ASSERT_TRUE(std::regex_match(lines[0], match, first)) << lines[0];
-    EXPECT_EQ(std::stoul(match[1]), tray.process().id());
-    EXPECT_EQ(std::stoul(match[2]), GetWindowThreadProcessId(tray.window(), nullptr)) << "logged from the UI thread";
+    expect_first_line(lines[0], tray.process().id(), GetWindowThreadProcessId(tray.window(), nullptr));
 
     const std::wstring key = L"Software\\Classes\\AppUserModelId\\Kestrane.Veldrake";
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"DisplayName"), L"Veldrake");
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri"),
               (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());
-    // Resume from sleep is answered, and the tray goes on.
-    DWORD_PTR answer = 0;
-    ASSERT_TRUE(SendMessageTimeoutW(tray.window(), WM_POWERBROADCAST, 7, 0, SMTO_ABORTIFHUNG, 5000, &answer));
-    EXPECT_EQ(answer, 1u);
     EXPECT_EQ(tray.close(), 0u);
 }
 
@@ -53,6 +61,8 @@ TEST_F(tray_process, a_second_start_exits_0_silently_and_a_later_one_appends_to_
     {
         running_tray first;
         ASSERT_NE(first.window(), nullptr);
+        EXPECT_TRUE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")))
+            << "the single-instance mutex, by its name, from another process";
         const auto before = read_lines(tray_log_file());
         running_tray second(false);
         EXPECT_EQ(second.process().wait_exit(), 0u);
@@ -61,11 +71,12 @@ TEST_F(tray_process, a_second_start_exits_0_silently_and_a_later_one_appends_to_
         PostMessageW(first.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
         EXPECT_EQ(first.process().wait_exit(), 0u) << "Exit ends it with code 0";
     }
+    EXPECT_FALSE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")));
     running_tray later;
     ASSERT_NE(later.window(), nullptr);
     const auto lines = read_lines(tray_log_file());
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_NE(lines[0], lines[1]);
+    expect_first_line(lines[1], later.process().id(), GetWindowThreadProcessId(later.window(), nullptr));
 }
 
 TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_process) {
@@ -100,10 +111,11 @@ TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_pr
     maintenance.terminate();
 }
 
-TEST_F(tray_process, unopenable_log_file_leaves_it_running_silently) {
+TEST_F(tray_process, unopenable_log_file_leaves_it_running_and_answering) {
     std::filesystem::create_directories(tray_log_file());  // a directory where the file would be
     running_tray tray;
     ASSERT_NE(tray.window(), nullptr);
     EXPECT_TRUE(std::filesystem::is_directory(tray_log_file()));
+    EXPECT_TRUE(answers(tray.window()));
     EXPECT_EQ(tray.close(), 0u);
 }

@@ -52,14 +52,18 @@ TEST(download_progress_dialog, bar_follows_percents_posted_from_the_download_thr
     EXPECT_TRUE(poll_until([&] { return d.position() == 99; }));
 }
 
-TEST(download_progress_dialog, cancel_sets_the_flag_disables_the_button_and_aborts_the_download) {
-    download_dialog_thread d;
-    ASSERT_NE(d.window.load(), nullptr);
-    const HWND cancel = GetDlgItem(d.window, ID_DOWNLOAD_CANCEL);
-    EXPECT_TRUE(IsWindowEnabled(cancel));
-    PostMessageW(cancel, BM_CLICK, 0, 0);
-    EXPECT_TRUE(poll_until([&] { return d.dialog.cancelled.load(); }));
-    EXPECT_TRUE(poll_until([&] { return !IsWindowEnabled(cancel); })) << "a second click is impossible";
-    EXPECT_EQ(d.dialog.OnProgress(500, 1000, 0, nullptr), E_ABORT);
-    EXPECT_TRUE(IsWindow(d.window)) << "the window stays until the download has stopped";
+TEST(download_progress_dialog, cancel_and_close_set_the_flag_disable_the_button_and_abort_the_download) {
+    // WM_CLOSE is Alt+F4, or another program ending this one politely.
+    for (const bool close : {false, true}) {
+        SCOPED_TRACE(close ? "WM_CLOSE" : "Cancel");
+        download_dialog_thread d;
+        ASSERT_NE(d.window.load(), nullptr);
+        const HWND cancel = GetDlgItem(d.window, ID_DOWNLOAD_CANCEL);
+        EXPECT_TRUE(IsWindowEnabled(cancel));
+        PostMessageW(close ? d.window.load() : cancel, close ? WM_CLOSE : BM_CLICK, 0, 0);
+        EXPECT_TRUE(poll_until([&] { return d.dialog.cancelled.load(); }));
+        EXPECT_TRUE(poll_until([&] { return !IsWindowEnabled(cancel); })) << "a second click is impossible";
+        EXPECT_EQ(d.dialog.OnProgress(500, 1000, 0, nullptr), E_ABORT);
+        EXPECT_TRUE(IsWindow(d.window)) << "the window stays until the download has stopped";
+    }
 }

@@ -64,3 +64,21 @@ TEST(windows11_button, paints_the_accent_read_at_each_paint_and_the_theme_read_w
     dark.attach(plain_window);
     EXPECT_EQ(fill_of(plain_window), 0x303030u);
 }
+
+TEST(windows11_button, answers_reflected_notifications_and_leaves_the_common_control_messages_to_the_button) {
+    const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 300, 100, nullptr, nullptr,
+                                        nullptr, nullptr);
+    const scope_exit cleanup([&] { DestroyWindow(parent); });
+    const HWND window =
+        CreateWindowExW(0, L"BUTTON", L"OK", WS_CHILD | WS_VISIBLE, 10, 10, 120, 30, parent, nullptr, nullptr, nullptr);
+    windows11_button button;
+    button.attach(window);
+    const HDC dc = GetDC(window);
+    // OCM_CTLCOLORBTN from a reflecting parent: the default button brush.
+    EXPECT_NE(SendMessageW(window, WM_USER + 0x1C00 + WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(dc),
+                           reinterpret_cast<LPARAM>(window)), 0);
+    ReleaseDC(window, dc);
+    // CCM_SETWINDOWTHEME shares its number with a reflected WM_SETREDRAW(FALSE), which would hide the button.
+    SendMessageW(window, 0x2000 + 0xB, 0, reinterpret_cast<LPARAM>(L"Explorer"));
+    EXPECT_TRUE(IsWindowVisible(window));
+}

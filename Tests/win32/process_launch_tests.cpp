@@ -5,6 +5,8 @@
 #include "platform/scope_exit.h"
 #include "process/launch_commands.h"
 #include "process/launch_win32.h"
+#include "process/settings_app_win32.h"
+#include "win32/test_log_win32.h"
 #include "win32/process_scenario_runner_win32.h"
 
 #include <gtest/gtest.h>
@@ -124,4 +126,39 @@ TEST_F(launch_test, when_the_shell_roads_are_closed_only_launch_via_shell_starts
     SetLastError(0);
     EXPECT_FALSE(launch_via_shell((root / L"missing.exe").wstring(), L"", 1, false));
     EXPECT_NE(GetLastError(), 0u) << "the caller reads why the direct start failed";
+}
+
+// Wine's tray is always elevated, so the direct road runs only when the test says it is not.
+TEST_F(launch_test, settings_app_starts_directly_in_its_folder_unless_elevated_and_reports_a_failed_start) {
+    const struct { bool elevated; std::wstring folder, show; } cases[] = {
+        {false, program.parent_path().wstring(), L"-"}, {true, std::filesystem::current_path().wstring(), L"1"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.elevated);
+        settings_app::start_settings_app(program.wstring(), L"--open-tab=settings", c.elevated);
+        const auto run = next_run();
+        EXPECT_EQ(run.command_line, quoted(L"--open-tab=settings"));
+        EXPECT_EQ(run.folder, c.folder);
+        EXPECT_EQ(run.show, c.show);
+    }
+
+    const std::wstring missing = (root / L"Veldrake.exe").wstring();
+    const size_t mark = test_log_lines().size();
+    try {
+        settings_app::start_settings_app(missing, L"--open-tab=what-new", false);
+        ADD_FAILURE() << "a missing program started";
+    } catch (const settings_app::launch_error& e) {
+        EXPECT_EQ(e.error_code, 2u);
+        EXPECT_EQ(e.user_message.rfind(L"The Veldrake Settings app could not be started.\n\n" + missing + L"\n\n", 0), 0u);
+        EXPECT_EQ(settings_app::start_failure_text(std::current_exception()), e.user_message);
+    }
+    const auto logged = test_log_messages_since(mark);
+    ASSERT_EQ(logged.size(), 1u);
+    EXPECT_EQ(logged[0].rfind("[ERROR] Failed to launch the Settings app " + to_utf8(missing) + " --open-tab=what-new: error 2 (", 0), 0u)
+        << logged[0];
+
+    // Out of memory for a shell string is no std::exception, and still ends in the dialog's text.
+    const std::wstring text = settings_app::start_failure_text(std::make_exception_ptr(process_launch::com_failure{E_OUTOFMEMORY}));
+    EXPECT_EQ(text.rfind(L"The Veldrake Settings app could not be started.\n\n", 0), 0u);
+    EXPECT_NE(text.find(L"0x8007000E"), std::wstring::npos) << to_utf8(text);
+    EXPECT_EQ(test_log_messages_since(mark).size(), 2u);
 }

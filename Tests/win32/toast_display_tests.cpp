@@ -86,3 +86,14 @@ TEST(toast_display, missing_icon_is_a_warning_and_the_notification_still_shows) 
     });
     EXPECT_NE(warning, messages.end());
 }
+
+TEST(toast_display, what_the_click_action_throws_reaches_the_caller_once_the_notification_is_gone) {
+    com_scope com;
+    watcher eye;
+    eye.start(true);
+    EXPECT_THROW(toast_utilities::show_toast(L"", L"", L"Title", L"Text", [] { throw std::runtime_error("clicked"); }, {}),
+                 std::runtime_error);
+    eye.join();
+    ASSERT_NE(eye.window.load(), nullptr);
+    EXPECT_FALSE(IsWindow(eye.window));
+}

@@ -104,6 +104,18 @@ TEST_F(tray_icon_render, badge_fills_the_lower_left_circle_and_outlines_it_by_th
     EXPECT_EQ(render_badge_icon(true, tray_badge::red, false, static_cast<HINSTANCE>(no_logo.get())), nullptr);
 }
 
+TEST_F(tray_icon_render, renders_release_every_gdi_object_they_make) {
+    const auto gdi_objects = [] { return GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS); };
+    // The first render loads what stays for the process: the logo resource, GDI+ caches.
+    unique_hicon(render_badge_icon(true, tray_badge::red, false, module()));
+    const DWORD before = gdi_objects();
+    for (int i = 0; i < 200; ++i) {
+        unique_hicon(render_badge_icon(true, i % 2 ? tray_badge::red : tray_badge::gold, i % 3 == 0, module()));
+        unique_hgdiobj(render_status_dot(tray_badge::green, i % 2 == 0));
+    }
+    EXPECT_LE(gdi_objects(), before + 2) << "a leak of one object a render shows as hundreds";
+}
+
 TEST_F(tray_icon_render, status_dot_is_a_premultiplied_circle_on_transparent_pixels) {
     const int size = GetSystemMetrics(SM_CXSMICON);
     for (const bool dark : {false, true}) {

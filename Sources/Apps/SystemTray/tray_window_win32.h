@@ -9,6 +9,7 @@
 #include "tray_clicks.h"
 #include "presentation/tray_menu_win32.h"
 #include "tray_messages.h"
+#include "tray_timings.h"
 #include "tray_toasts_win32.h"
 
 #include <cstdint>
@@ -80,16 +81,14 @@ private:
     bool update_completed_since_last_start();
     void start_shutdown_suite();
 
-public:
     // Intervals and thresholds: constants of this window.
-    uint32_t settings_poll_ms = 3000;
-    uint32_t index_first_poll_ms = 60000;
-    uint32_t index_poll_ms = 15000;
-    uint64_t stall_threshold_ms = 10800000;
-    uint32_t version_first_check_ms = 180000;
-    uint32_t version_check_ms = 3600000;
+    const uint32_t settings_poll_ms = TRAY_TIMINGS.settings_poll_ms;
+    const uint32_t index_first_poll_ms = TRAY_TIMINGS.index_first_poll_ms;
+    const uint32_t index_poll_ms = TRAY_TIMINGS.index_poll_ms;
+    const uint64_t stall_threshold_ms = TRAY_TIMINGS.stall_threshold_ms;
+    const uint32_t version_first_check_ms = TRAY_TIMINGS.version_first_check_ms;
+    const uint32_t version_check_ms = TRAY_TIMINGS.version_check_ms;
 
-private:
     std::vector<tray_menu_item> menu_items;
     unique_hgdiobj menu_font;
     unique_hgdiobj menu_background_brush;

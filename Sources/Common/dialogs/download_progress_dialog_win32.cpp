@@ -54,12 +54,15 @@ LRESULT download_progress_dialog::process_message(UINT message, WPARAM w, LPARAM
             return 0;
         case WM_COMMAND:
             if (LOWORD(w) == ID_DOWNLOAD_CANCEL) {
-                cancelled.store(true);
-                // The window stays until the download has stopped; a second click is impossible.
-                EnableWindow(cancel_button.window(), FALSE);
+                cancel();
                 return 0;
             }
             break;
+        case WM_CLOSE:
+            // Alt+F4 or a polite shutdown: the download is still posting here, so the window stays
+            // until it has stopped, as after Cancel.
+            cancel();
+            return 0;
         case WM_ERASEBKGND: {
             RECT client{};
             GetClientRect(hwnd(), &client);
@@ -67,6 +70,8 @@ LRESULT download_progress_dialog::process_message(UINT message, WPARAM w, LPARAM
             return 1;
         }
         case WM_DESTROY:
+            // Gone before the download ended: it stops at its next report.
+            cancelled.store(true);
             background_brush.reset();
             return 0;
         default:
@@ -74,6 +79,12 @@ LRESULT download_progress_dialog::process_message(UINT message, WPARAM w, LPARAM
     }
     handled = false;
     return 0;
+}
+
+void download_progress_dialog::cancel() {
+    cancelled.store(true);
+    // A second click is impossible.
+    EnableWindow(cancel_button.window(), FALSE);
 }
 
 LRESULT download_progress_dialog::on_create() {

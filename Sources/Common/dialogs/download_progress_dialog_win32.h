@@ -53,6 +53,7 @@ public:
 
 private:
     LRESULT on_create();
+    void cancel();
 
     unique_hgdiobj font_;
 };

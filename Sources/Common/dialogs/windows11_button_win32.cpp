@@ -13,9 +13,20 @@ namespace {
 
 constexpr UINT_PTR SUBCLASS_ID = 0x5742;  // one subclass of ours per button
 constexpr wchar_t copy_glyph[] = L"\xE8C8";
-// Notifications that a parent reflects back to its controls.
-constexpr UINT OCM_FIRST = WM_USER + 0x1C00;
-constexpr UINT OCM_LAST = OCM_FIRST + 0x00FF;
+// A parent that reflects notifications sends them back to the control as OCM_BASE + the message.
+// Only those a button is sent are answered as the plain message would be; the rest of the range
+// belongs to the common controls' own CCM_* messages.
+constexpr UINT OCM_BASE = WM_USER + 0x1C00;
+
+bool is_reflected_to_a_button(UINT message) noexcept {
+    switch (message) {
+        case OCM_BASE + WM_COMMAND: case OCM_BASE + WM_NOTIFY: case OCM_BASE + WM_DRAWITEM:
+        case OCM_BASE + WM_CTLCOLORBTN: case OCM_BASE + WM_CTLCOLORSTATIC:
+            return true;
+        default:
+            return false;
+    }
+}
 
 // Messages after which the stock button paints itself at once, through a DC of its own. They run
 // with the window's drawing switched off, then our paint follows.
@@ -118,7 +129,7 @@ LRESULT windows11_button::process_message(UINT message, WPARAM w, LPARAM l) {
         default:
             break;
     }
-    if (message >= OCM_FIRST && message <= OCM_LAST) return DefWindowProcW(window, message - 0x2000, w, l);
+    if (is_reflected_to_a_button(message)) return DefWindowProcW(window, message - OCM_BASE, w, l);
     if (paints_by_itself(message) && IsWindowVisible(window)) {
         SendMessageW(window, WM_SETREDRAW, FALSE, 0);
         const LRESULT result = DefSubclassProc(window, message, w, l);

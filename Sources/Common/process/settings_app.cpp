@@ -35,4 +35,6 @@ std::string_view application_control_suffix(uint32_t error) noexcept {
 
 std::wstring open_tab_arguments(std::string_view tab) { return L"--open-tab=" + to_wide(tab); }
 
+bool start_through_shell(bool packaged, bool elevated) noexcept { return packaged || elevated; }
+
 }  // namespace settings_app

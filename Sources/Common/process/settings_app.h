@@ -19,4 +19,8 @@ std::string_view application_control_suffix(uint32_t error) noexcept;
 // "--open-tab=<tab>"
 std::wstring open_tab_arguments(std::string_view tab);
 
+// A packaged or elevated tray leaves the start to the shell, so that the app runs with the user's
+// own identity and rights rather than inheriting ours.
+bool start_through_shell(bool packaged, bool elevated) noexcept;
+
 }  // namespace settings_app

@@ -27,12 +27,10 @@ std::wstring error_text(uint32_t error) {
     return text;
 }
 
-// A packaged or elevated tray leaves the start to the shell, so the app runs with the user's own
-// identity and rights rather than inheriting ours.
-bool start_through_shell() { return !sdk::has_no_package() || IsUserAnAdmin(); }
+}  // namespace
 
-void start(const std::wstring& path, const std::wstring& arguments) {
-    if (start_through_shell()) {
+void start_settings_app(const std::wstring& path, const std::wstring& arguments, bool elevated) {
+    if (start_through_shell(!sdk::has_no_package(), elevated)) {
         if (launch_via_shell(path, arguments, SW_SHOWNORMAL, false)) return;
         const DWORD error = GetLastError();
         logging::log(log_severity::error, L"Failed to launch the Settings app {} {}: error {}", path, arguments, error);
@@ -57,23 +55,35 @@ void start(const std::wstring& path, const std::wstring& arguments) {
                        launch_failure_text(path, error));
 }
 
-}  // namespace
-
 std::wstring launch_failure_text(const std::wstring& path, uint32_t error) {
     return format_launch_failure_text(path, error, error_text(error));
 }
 
-void open_settings_tab_direct(const std::string& tab) noexcept {
+std::wstring start_failure_text(std::exception_ptr failure) {
+    std::string what;
+    try {
+        std::rethrow_exception(failure);
+    } catch (const launch_error& e) {
+        return e.user_message;
+    } catch (const std::exception& e) {
+        what = e.what();
+    } catch (const process_launch::com_failure& e) {
+        what = fmt::format("out of memory for the shell's arguments (hr=0x{:08X})", static_cast<uint32_t>(e.result));
+    } catch (...) {
+        what = "unknown failure";
+    }
+    logging::log(log_severity::error, "Failed to launch the Settings app: {}", what);
+    return L"The Veldrake Settings app could not be started.\n\n" + to_wide(what);
+}
+
+void open_settings_tab_direct(const std::string& tab) {
     std::wstring message;
     try {
         const std::wstring path = (module_folder() / L"Veldrake.exe").wstring();
-        start(path, open_tab_arguments(tab));
+        start_settings_app(path, open_tab_arguments(tab), IsUserAnAdmin() != FALSE);
         return;
-    } catch (const launch_error& e) {
-        message = e.user_message;
-    } catch (const std::exception& e) {
-        logging::log(log_severity::error, "Failed to launch the Settings app: {}", e.what());
-        message = L"The Veldrake Settings app could not be started.\n\n" + to_wide(e.what());
+    } catch (...) {
+        message = start_failure_text(std::current_exception());
     }
     try {
         common_dialogs::message_dialog dialog(message, false);
@@ -82,6 +92,8 @@ void open_settings_tab_direct(const std::string& tab) noexcept {
         dialog.show(nullptr);
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "Failed to show the Settings app failure: {}", e.what());
+    } catch (...) {
+        logging::log(log_severity::error, "Failed to show the Settings app failure");
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -19,8 +20,16 @@ public:
 // The dialog's text for a failed start: the path, the system's text for the code, the code.
 std::wstring launch_failure_text(const std::wstring& path, uint32_t error);
 
+// Starts `path` with `arguments` through the shell or, for an unpackaged tray that is not `elevated`,
+// directly in the program's folder. Throws launch_error, logged already, when the start fails.
+void start_settings_app(const std::wstring& path, const std::wstring& arguments, bool elevated);
+
+// The dialog's text for whatever `failure` was; logs the failures that start_settings_app did not.
+std::wstring start_failure_text(std::exception_ptr failure);
+
 // Starts the Settings app on `tab` ("settings", "what-new", "context-menu-replacement"). A failure
 // is logged and shown in a dialog, which this call waits for: never call it on the window thread.
-void open_settings_tab_direct(const std::string& tab) noexcept;
+// Nothing leaves it.
+void open_settings_tab_direct(const std::string& tab);
 
 }  // namespace settings_app

@@ -6,6 +6,7 @@
 #include "platform/window_impl_win32.h"
 #include "toasts/toast_rules.h"
 
+#include <exception>
 #include <string>
 
 namespace toast_utilities {
@@ -35,6 +36,7 @@ public:
     IUserNotificationCallback* sink = nullptr;
     bool done = false;
     HRESULT result = HRESULT_FROM_WIN32(ERROR_CANCELLED);
+    std::exception_ptr failure;  // thrown by the click's sink, for the show's caller
 
     void open(DWORD poll_ms) {
         if (!create(L"", WS_POPUP, WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE)) {
@@ -66,11 +68,22 @@ public:
                 if (sink) {
                     POINT at{GET_X_LPARAM(l), GET_Y_LPARAM(l)};
                     ClientToScreen(hwnd(), &at);
-                    sink->OnBalloonUserClick(&at);
+                    // Never through user32: the show's caller rethrows it.
+                    try {
+                        sink->OnBalloonUserClick(&at);
+                    } catch (...) {
+                        failure = std::current_exception();
+                    }
                 }
                 finish(S_OK);
                 return 0;
-            case WM_RBUTTONUP: finish(HRESULT_FROM_WIN32(ERROR_CANCELLED)); return 0;
+            // A close from anywhere (Alt+F4, a polite shutdown of the process) is a dismissal.
+            case WM_RBUTTONUP:
+            case WM_CLOSE: finish(HRESULT_FROM_WIN32(ERROR_CANCELLED)); return 0;
+            case WM_DESTROY:
+                // However the window goes, the show's loop ends with it.
+                done = true;
+                return 0;
             case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
             default: handled = false; return 0;
         }
@@ -84,7 +97,6 @@ private:
         if (done) return;
         done = true;
         result = hr;
-        KillTimer(hwnd(), TIMER_POLL);
         DestroyWindow(hwnd());
     }
 
@@ -192,6 +204,7 @@ public:
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }
+        if (window.failure) std::rethrow_exception(window.failure);
         return window.result;
     }
 

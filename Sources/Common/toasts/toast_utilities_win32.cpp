@@ -43,7 +43,11 @@ HRESULT query_continue_deadline::QueryContinue() {
 }
 
 HRESULT notification_callback::OnBalloonUserClick(POINT*) {
-    if (on_click) on_click();
+    try {
+        if (on_click) on_click();
+    } catch (...) {
+        failure = std::current_exception();
+    }
     return S_OK;
 }
 
@@ -85,6 +89,7 @@ void show_toast(std::wstring icon_path, std::wstring tooltip, std::wstring title
             callback->on_click = std::move(on_click);
             shown = notification->Show(query.get(), toast_rules::POLL_MS, callback.get());
             done = true;
+            if (callback->failure) std::rethrow_exception(callback->failure);
         } else {
             logging::log(log_severity::error,
                          "show_toast: callback CreateInstance failed (hr=0x{:08X}); showing without click handler",
