@@ -20,6 +20,27 @@ TEST(common_settings_file, a_missing_default_fails_every_read_until_it_appears) 
     EXPECT_TRUE(std::filesystem::exists(sandbox.user_file()));
 }
 
+// A poll costs one stamp read: an equal stamp keeps the content unless the reload is forced.
+TEST(common_settings_file, reloads_when_the_stamp_moves_either_way_or_when_forced) {
+    const struct {
+        const char* name;
+        int hour;
+        bool force;
+        int size;
+    } cases[] = {{"same stamp", 5, false, 1}, {"same stamp, forced", 5, true, 2}, {"later", 6, false, 2},
+                 {"earlier", 4, false, 2}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        settings_sandbox sandbox;
+        auto file = sandbox.open();
+        settings_sandbox::write(sandbox.user_file(), document_with_settings(R"({"size": 1})"), 5);
+        ASSERT_TRUE(file->reload_if_changed(false));
+        settings_sandbox::write(sandbox.user_file(), document_with_settings(R"({"size": 2})"), c.hour);
+        EXPECT_TRUE(file->reload_if_changed(c.force));
+        EXPECT_EQ(file->get_int("x", "size", 0), c.size);
+    }
+}
+
 // Readers on other threads see one whole document or the other while the file is reloaded.
 TEST(common_settings_file, settings_threads_read_whole_documents_while_the_file_reloads) {
     settings_sandbox sandbox;
