@@ -22,7 +22,7 @@ struct outcome {
     friend void PrintTo(const outcome& o, std::ostream* out) {
         *out << fmt::format("timers +{} -{}, settings {}, mutes {}, menus", o.timers_started, o.timers_killed,
                             o.settings_opened, o.mutes_toggled);
-        for (const auto& m : o.menus) *out << fmt::format(" ({}, {}{})", m.at.x, m.at.y, m.from_left_click ? " left" : "");
+        for (const auto& m : o.menus) *out << fmt::format(" ({}, {}{})", m.at.x, m.at.y, m.from_left_click ? " L" : "");
         *out << (o.still_pending ? ", pending" : "");
     }
 };
@@ -74,9 +74,9 @@ TEST(tray_clicks, clicks_open_settings_the_menu_or_the_microphone_and_never_a_me
          {2, 2, 0, 0, {{{0, 0}, true}, {{3, 0}, true}}, false}},
         {"a position unknown at the down is taken at the up", main,
          {left_button_down | no_cursor, left_button_up, timer_fires}, {1, 1, 0, 0, {{{1, 0}, true}}, false}},
-        {"context menu without a down, then a right click", main,
-         {0x0200, context_menu, right_button_down, right_button_up},
-         {0, 2, 0, 0, {{{1, 0}, false}, {{2, 0}, false}}, false}},
+        {"a right click opens where its button went down, a context menu alone where the pointer is", main,
+         {0x0200, context_menu, right_button_down, right_button_up, context_menu},
+         {0, 3, 0, 0, {{{1, 0}, false}, {{2, 0}, false}, {{4, 0}, false}}, false}},
         {"left then right within the double-click time: one menu, none when the timer fires inside it", main,
          {left_button_down, left_button_up, right_button_down, right_button_up, timer_fires | in_menu},
          {1, 2, 0, 0, {{{2, 0}, false}}, false}},
