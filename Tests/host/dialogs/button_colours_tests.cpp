@@ -5,11 +5,7 @@
 using namespace button_colours;
 
 TEST(button_colours, state_wins_over_role_and_an_unreadable_accent_paints_black) {
-    const struct {
-        const char* name;
-        look l;
-        colours expected;
-    } cases[] = {
+    const struct { const char* name; look l; colours expected; } cases[] = {
         {"light hover", {.hover = true}, {0xDCDCDC, 0xA0A0A0, 0x000000}},
         {"dark pushed over hover", {.dark = true, .hover = true, .pushed = true}, {0x282828, 0x303030, 0xFFFFFF}},
         {"primary hover", {.primary = true, .hover = true, .accent = 0xD77800}, {0xDF9333, 0xD77800, 0xFFFFFF}},

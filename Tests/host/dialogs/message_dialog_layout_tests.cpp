@@ -15,11 +15,7 @@ measured text_of(int32_t height, uint32_t dpi = 96, int32_t line_height = 19) {
 }  // namespace
 
 TEST(message_dialog_layout, seven_lines_stay_static_and_more_scroll_in_seven_lines) {
-    const struct {
-        int32_t text_height, line_height;
-        bool scrolling;
-        int32_t control_height;
-    } cases[] = {
+    const struct { int32_t text_height, line_height; bool scrolling; int32_t control_height; } cases[] = {
         {7 * 19, 19, false, 7 * 19},
         {7 * 19 + 1, 19, true, 7 * 19 + 2 * 2},  // a partial last line counts
         {40 * 19, 19, true, 7 * 19 + 2 * 2},
@@ -34,10 +30,7 @@ TEST(message_dialog_layout, seven_lines_stay_static_and_more_scroll_in_seven_lin
 }
 
 TEST(message_dialog_layout, sizes_at_96_120_and_144_dpi_widened_by_buttons_or_a_hidden_check_box) {
-    const struct {
-        uint32_t dpi;
-        int32_t client_width, client_height;
-    } cases[] = {
+    const struct { uint32_t dpi; int32_t client_width, client_height; } cases[] = {
         // The wrap width (480 at 96 dpi) and two margins; the text, two gaps, two margins, the buttons.
         {96, 480 + 2 * 35, 19 + 2 * (15 + 35) + 30},
         {120, 600 + 2 * 44, 19 + 2 * (19 + 44) + 38},

@@ -7,10 +7,7 @@
 using namespace tray_badge;
 
 TEST(tray_badge, follows_index_then_update_state) {
-    const struct {
-        uint32_t index, update;
-        std::optional<uint32_t> colour;
-    } cases[] = {
+    const struct { uint32_t index, update; std::optional<uint32_t> colour; } cases[] = {
         {4, 2, std::nullopt}, {4, 1, std::nullopt},  // complete and nothing newer: the plain logo
         {2, 8, gold},                                // the indexing test comes first
         {8, 2, red},          {4, 4, gold},          {4, 8, red}, {0, 0, red},
@@ -24,10 +21,7 @@ TEST(tray_badge, follows_index_then_update_state) {
 TEST(tray_badge, menu_dots_follow_their_own_tables) {
     using tray_menu_layout::dot_colour;
     using tray_menu_layout::dot_kind;
-    const struct {
-        uint32_t status;
-        std::optional<uint32_t> update, indexing;
-    } cases[] = {
+    const struct { uint32_t status; std::optional<uint32_t> update, indexing; } cases[] = {
         {0, std::nullopt, std::nullopt},
         {1, green, red},          // running newer / unavailable
         {2, green, gold},         // up to date / in progress

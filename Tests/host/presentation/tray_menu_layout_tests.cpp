@@ -26,11 +26,8 @@ TEST(tray_menu_layout, seven_items_in_their_order_two_with_dots_and_none_with_a_
 
 TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
     using ui_metrics::rect;
-    const struct {
-        uint32_t dpi;
-        int32_t separator, item_width, item_height, bitmap_x, text_left;
-        rect hover;
-    } cases[] = {
+    const struct { uint32_t dpi; int32_t separator, item_width, item_height, bitmap_x, text_left; rect hover; }
+        cases[] = {
         // Text 100 x 16, no bitmap: column 16, width 16 + 24 + 12 + 12 + 100, height 16 + 10.
         {96, 9, 164, 26, 12, 12 + 16 + 12, {4, 32, 196, 54}},
         {120, 11, 20 + 30 + 15 + 15 + 100, 20 + 13, 15 + 2, 15 + 20 + 15, {5, 33, 195, 53}},
@@ -54,13 +51,8 @@ TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
 TEST(tray_menu_layout, font_from_size_weight_and_family) {
     const std::wstring thirty_one(31, L'F'), thirty_two(32, L'F');
     const std::optional<std::wstring> variable{variable_text_face};
-    const struct {
-        const char* name;
-        font_settings settings;
-        uint32_t dpi;
-        bool variable_exists;
-        font_choice expected;
-    } cases[] = {
+    const struct { const char* name; font_settings settings; uint32_t dpi; bool variable_exists; font_choice expected; }
+        cases[] = {
         {"31 characters still fit", {32, thirty_one, "Light"}, 96, false, {-32, 300, thirty_one}},
         {"32 characters count as none", {100, thirty_two, "Semibold"}, 96, true, {-32, 600, variable}},
         {"no family, no variable text", {INT64_MAX, L"", "SemiBold"}, 120, false, {-40, 400, std::nullopt}},

@@ -22,13 +22,9 @@ TEST(common_settings_file, a_missing_default_fails_every_read_until_it_appears) 
 
 // A poll costs one stamp read: an equal stamp keeps the content unless the reload is forced.
 TEST(common_settings_file, reloads_when_the_stamp_moves_either_way_or_when_forced) {
-    const struct {
-        const char* name;
-        int hour;
-        bool force;
-        int size;
-    } cases[] = {{"same stamp", 5, false, 1}, {"same stamp, forced", 5, true, 2}, {"later", 6, false, 2},
-                 {"earlier", 4, false, 2}};
+    const struct { const char* name; int hour; bool force; int size; } cases[] = {
+        {"same stamp", 5, false, 1}, {"same stamp, forced", 5, true, 2}, {"later", 6, false, 2},
+        {"earlier", 4, false, 2}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         settings_sandbox sandbox;
@@ -46,7 +42,7 @@ TEST(common_settings_file, settings_threads_read_whole_documents_while_the_file_
     settings_sandbox sandbox;
     auto file = sandbox.open();
     const auto document = [](int n) {
-        return document_with_settings(fmt::format(R"({{"a": {0}, "list": ["{0}", "{0}"]}})", n));
+        return document_with_settings(fmt::format(R"({{"a": {0}, "l": ["{0}", "{0}"]}})", n));
     };
     settings_sandbox::write(sandbox.user_file(), document(0), 0);
     ASSERT_TRUE(file->reload_if_changed(false));
@@ -55,7 +51,7 @@ TEST(common_settings_file, settings_threads_read_whole_documents_while_the_file_
     std::atomic<int> torn{0};
     std::thread reader([&] {
         while (!done) {
-            const auto list = file->get_string_list("x", "list", {});
+            const auto list = file->get_string_list("x", "l", {});
             if (file->get_int("x", "a", -1) < 0 || list.size() != 2 || list[0] != list[1]) ++torn;
         }
     });

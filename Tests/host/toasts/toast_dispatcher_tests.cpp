@@ -89,15 +89,11 @@ TEST(toast_dispatcher_threads, stop_ends_a_showing_toast_and_drops_what_waits_an
 TEST(toast_dispatcher, copy_data_is_refused_unless_it_is_a_toast_request) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
-    const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", toast_click_action::none, L""});
+    const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", {}, L""});
     const std::wstring six_fields = L"1\u0001\u0001\u0001title\u0001text\u00010";
     const auto bytes = [](const std::wstring& s) { return static_cast<uint32_t>((s.size() + 1) * sizeof(wchar_t)); };
     constexpr uint64_t id = tray_toast_ipc::TOAST_COPYDATA_ID;
-    const struct {
-        const char* name;
-        copy_data_view view;
-        bool taken;
-    } cases[] = {
+    const struct { const char* name; copy_data_view view; bool taken; } cases[] = {
         {"good", {id, good.c_str(), bytes(good)}, true},
         {"odd byte count", {id, good.c_str(), bytes(good) - 1}, true},
         {"another dwData", {0x4B445655, good.c_str(), bytes(good)}, false},
@@ -116,12 +112,7 @@ TEST(toast_dispatcher, copy_data_is_refused_unless_it_is_a_toast_request) {
 TEST(toast_dispatcher, click_handlers_start_what_the_action_names) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
-    const struct {
-        toast_click_action action;
-        std::wstring arg;
-        bool has_handler;
-    } cases[] = {
-        {toast_click_action::none, L"settings", false},
+    const struct { toast_click_action action; std::wstring arg; bool has_handler; } cases[] = {
         {toast_click_action(7), L"settings", false},
         {toast_click_action::open_settings_tab, L"", false},
         {toast_click_action::open_settings_tab, L"context-menu-replacement", true},

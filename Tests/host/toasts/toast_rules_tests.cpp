@@ -5,10 +5,8 @@
 using namespace toast_rules;
 
 TEST(toast_rules, icon_flags_follow_the_path_length) {
-    const struct {
-        std::wstring_view path;
-        uint32_t flags;
-    } cases[] = {{L"", 0x94}, {L"x", 0x94}, {L"C:", 0xB4}, {L"C:\\missing.ico", 0xB4}};
+    const struct { std::wstring_view path; uint32_t flags; } cases[] = {
+        {L"", 0x94}, {L"x", 0x94}, {L"C:", 0xB4}, {L"C:\\missing.ico", 0xB4}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "path of " << c.path.size() << " characters");
         EXPECT_EQ(balloon_flags(c.path), c.flags);
@@ -17,16 +15,9 @@ TEST(toast_rules, icon_flags_follow_the_path_length) {
 
 TEST(toast_rules, a_toast_stays_until_its_deadline_or_until_the_caller_lets_go) {
     int calls = 0;
-    const std::function<bool()> yes = [&] { ++calls; return true; };
-    const std::function<bool()> no = [&] { ++calls; return false; };
-    const std::function<bool()> none;
-    const struct {
-        const char* name;
-        uint64_t deadline, now;
-        const std::function<bool()>* should_continue;
-        bool keep;
-        int calls;
-    } cases[] = {
+    const std::function<bool()> yes = [&] { return ++calls, true; }, no = [&] { return ++calls, false; }, none;
+    const struct { const char* name; uint64_t deadline, now; const std::function<bool()>* should_continue; bool keep;
+                   int calls; } cases[] = {
         {"before the deadline, no callable", 20000, 19999, &none, true, 0},
         {"at the deadline", 20000, 20000, &yes, false, 0},
         {"past the deadline", 20000, 25000, &none, false, 0},
