@@ -68,21 +68,12 @@ bool click(POINT at, int button, int count) {
 
 bool click_empty_desktop() { return click({300, 200}, 1); }
 
-bool screenshot(const std::filesystem::path& file) {
-    std::filesystem::create_directories(file.parent_path());
-    return run_unix("import -window root " + quoted(file)) == 0;
-}
-
-bool crop(const std::filesystem::path& from, const std::filesystem::path& to, const RECT& area) {
-    const std::string geometry = std::to_string(area.right - area.left) + "x" + std::to_string(area.bottom - area.top) +
-                                 "+" + std::to_string(area.left) + "+" + std::to_string(area.top);
-    return run_unix("convert " + quoted(from) + " -crop " + geometry + " +repage " + quoted(to)) == 0;
-}
-
-std::filesystem::path artifacts_folder() {
+bool keep_picture(const std::wstring& name, const RECT& area) {
     const auto folder = test_support::this_program().parent_path().parent_path() / L"artifacts" / L"tray_presentation";
     std::filesystem::create_directories(folder);
-    return folder;
+    const std::string geometry = std::to_string(area.right - area.left) + "x" + std::to_string(area.bottom - area.top) +
+                                 "+" + std::to_string(area.left) + "+" + std::to_string(area.top);
+    return run_unix("import -window root -crop " + geometry + " +repage " + quoted(folder / (name + L".png"))) == 0;
 }
 
 screen_pixels capture(const RECT& area) {

@@ -25,13 +25,8 @@ bool click(POINT at, int button, int count = 1);
 // Moves the pointer away, to a quiet spot of the desktop, and clicks there.
 bool click_empty_desktop();
 
-// The whole X screen, as a PNG.
-bool screenshot(const std::filesystem::path& file);
-// A part of an existing PNG.
-bool crop(const std::filesystem::path& from, const std::filesystem::path& to, const RECT& area);
-
-// Where the test run keeps its pictures: <build>/artifacts/tray_presentation.
-std::filesystem::path artifacts_folder();
+// Keeps `area` of the screen as <build>/artifacts/tray_presentation/<name>.png.
+bool keep_picture(const std::wstring& name, const RECT& area);
 
 // The screen's pixels, 0x00RRGGBB, read back through GDI.
 struct screen_pixels {

@@ -16,25 +16,10 @@ namespace {
 // Runs `show` on a thread of its own, hands the window it opens to `drive`, then clicks `end_with`
 // (even when `drive` gave up early) and gives back what `show` returned.
 int run_dialog(const std::function<int()>& show, const std::function<void(HWND)>& drive, int end_with = ID_MESSAGE_OK) {
-    std::atomic<DWORD> thread_id{0};
     std::atomic<int> result{-100};
-    std::thread runner([&] {
-        thread_id = GetCurrentThreadId();
-        result = show();
-    });
-    HWND window = nullptr;
+    std::thread runner([&] { result = show(); });
     // Visible only once its controls are made.
-    poll_until([&] {
-        if (thread_id == 0) return false;
-        EnumThreadWindows(
-            thread_id,
-            [](HWND w, LPARAM found) -> BOOL {
-                if (IsWindowVisible(w)) *reinterpret_cast<HWND*>(found) = w;
-                return !IsWindowVisible(w);
-            },
-            reinterpret_cast<LPARAM>(&window));
-        return window != nullptr;
-    });
+    const HWND window = test_support::wait_for_window(GetCurrentProcessId(), L"#32770");
     if (window) {
         drive(window);
         PostMessageW(GetDlgItem(window, end_with), BM_CLICK, 0, 0);
@@ -81,11 +66,10 @@ TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of
             ASSERT_TRUE(edit && !text_static);
             const DWORD scrolling = ES_READONLY | ES_MULTILINE | WS_VSCROLL;
             EXPECT_EQ(GetWindowLongPtrW(edit, GWL_STYLE) & scrolling, scrolling);
-            const HDC dc = GetDC(edit);
-            const HGDIOBJ old = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0)));
             TEXTMETRICW metrics{};
+            const HDC dc = GetDC(edit);
+            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0)));  // undone by ReleaseDC
             GetTextMetricsW(dc, &metrics);
-            SelectObject(dc, old);
             ReleaseDC(edit, dc);
             const RECT r = rect_of(edit);
             const int line = metrics.tmHeight + metrics.tmExternalLeading;
@@ -98,10 +82,7 @@ TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of
 }
 
 TEST(message_dialog, buttons_read_ok_no_cancel_from_the_left_and_ok_or_cancel_read_the_check_box) {
-    const struct {
-        int id;
-        bool check_result;
-    } cases[] = {{ID_MESSAGE_OK, true}, {ID_MESSAGE_NO, false}, {ID_MESSAGE_CANCEL, true}};
+    const struct { int id; bool check_result; } cases[] = {{ID_MESSAGE_OK, true}, {ID_MESSAGE_NO, false}, {ID_MESSAGE_CANCEL, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.id);
         message_dialog dialog(L"Add this folder to the index?", true);
@@ -131,13 +112,9 @@ TEST(message_dialog, ctrl_c_and_the_copy_button_copy_the_text_itself_and_an_empt
     dialog.bring_to_front = true;
     run_dialog([&] { return dialog.show(nullptr); }, [&](HWND window) {
         ASSERT_TRUE(poll_until([&] { return GetForegroundWindow() == window; })) << "brought to the front";
-        INPUT keys[4] = {};
-        const WORD codes[4] = {VK_CONTROL, 'C', 'C', VK_CONTROL};
-        for (int i = 0; i < 4; ++i) {
-            keys[i].type = INPUT_KEYBOARD;
-            keys[i].ki.wVk = codes[i];
-            keys[i].ki.dwFlags = i >= 2 ? KEYEVENTF_KEYUP : 0;
-        }
+        INPUT keys[4] = {{INPUT_KEYBOARD, {.ki = {VK_CONTROL, 0, 0, 0, 0}}}, {INPUT_KEYBOARD, {.ki = {'C', 0, 0, 0, 0}}},
+                         {INPUT_KEYBOARD, {.ki = {'C', 0, KEYEVENTF_KEYUP, 0, 0}}},
+                         {INPUT_KEYBOARD, {.ki = {VK_CONTROL, 0, KEYEVENTF_KEYUP, 0, 0}}}};
         ASSERT_EQ(SendInput(4, keys, sizeof(INPUT)), 4u);
         EXPECT_TRUE(poll_until([&] { return clipboard_text() == text; }, std::chrono::seconds(5)))
             << "Ctrl+C; the clipboard has " << testing::PrintToString(clipboard_text().value_or(L"(nothing)"));

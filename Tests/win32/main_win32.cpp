@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "win32/log_writer_win32.h"
 #include "win32/test_log_win32.h"
 
 #include <cwchar>
+#include <filesystem>
+
+int write_tagged_lines(const std::filesystem::path& file, const std::wstring& tag, unsigned long count);
 
 // Besides running the tests, this program is the second writer of the log-sharing test:
 // "--log-writer PATH TAG COUNT".

@@ -1,19 +1,17 @@
-#include <windows.h>
-
 #include "win32/test_log_win32.h"
 
+#include "common/wine_process_win32.h"
 #include "logging/plain_text_logger.h"
 
-#include <fmt/format.h>
-#include <fmt/xchar.h>
+namespace {
 
-#include <fstream>
-
-std::filesystem::path test_log_path() {
+const std::filesystem::path& test_log_path() {
     static const auto path = std::filesystem::temp_directory_path() /
-                             fmt::format(L"veldrake-win32-tests-{}.log", GetCurrentProcessId());
+                             (L"veldrake-win32-tests-" + std::to_wstring(GetCurrentProcessId()) + L".log");
     return path;
 }
+
+}  // namespace
 
 void open_test_log() {
     std::error_code ignored;
@@ -21,12 +19,7 @@ void open_test_log() {
     process_logger().open(test_log_path());
 }
 
-std::vector<std::string> test_log_lines() {
-    std::ifstream in(test_log_path(), std::ios::binary);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
+std::vector<std::string> test_log_lines() { return test_support::read_lines(test_log_path()); }
 
 std::vector<std::string> test_log_messages_since(size_t first_line) {
     const auto lines = test_log_lines();

@@ -24,19 +24,18 @@ struct pixels {
 pixels read_bitmap(HBITMAP bitmap) {
     BITMAP info{};
     GetObjectW(bitmap, sizeof(info), &info);
-    pixels p{info.bmWidth, std::abs(info.bmHeight), {}};
-    p.argb.resize(static_cast<size_t>(p.width) * p.height);
-    BITMAPINFO request{};
-    request.bmiHeader = {sizeof(BITMAPINFOHEADER), p.width, -p.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    pixels p{info.bmWidth, std::abs(info.bmHeight), std::vector<uint32_t>(size_t(info.bmWidth) * std::abs(info.bmHeight))};
+    BITMAPINFO request{{sizeof(BITMAPINFOHEADER), p.width, -p.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
     const HDC screen = GetDC(nullptr);
     GetDIBits(screen, bitmap, 0, static_cast<UINT>(p.height), p.argb.data(), &request, DIB_RGB_COLORS);
     ReleaseDC(nullptr, screen);
     return p;
 }
 
-pixels read_icon(HICON icon) {
+// The colour bitmap of an icon that the caller owns.
+pixels read_icon(const unique_hicon& icon) {
     ICONINFO info{};
-    if (!icon || !GetIconInfo(icon, &info)) return {};
+    if (!icon || !GetIconInfo(icon.get(), &info)) return {};
     const unique_hgdiobj colour(info.hbmColor), mask(info.hbmMask);
     return read_bitmap(info.hbmColor);
 }
@@ -70,14 +69,12 @@ protected:
 }  // namespace
 
 TEST_F(tray_icon_render, badge_fills_the_lower_left_circle_and_outlines_it_by_theme) {
-    const unique_hicon plain(render_badge_icon(false, 0, false, module()));
-    const pixels logo = read_icon(plain.get());
+    const pixels logo = read_icon(unique_hicon(render_badge_icon(false, 0, false, module())));
     ASSERT_EQ(logo.width, 32);
     for (const bool dark : {false, true}) {
         for (const uint32_t colour : {tray_badge::red, tray_badge::gold}) {
             SCOPED_TRACE(fmt::format("dark={} colour={:08X}", dark, colour));
-            const unique_hicon badged(render_badge_icon(true, colour, dark, module()));
-            const pixels p = read_icon(badged.get());
+            const pixels p = read_icon(unique_hicon(render_badge_icon(true, colour, dark, module())));
             ASSERT_EQ(p.width, 32);
             ASSERT_EQ(p.height, 32);
             // The middle of the circle (x 0.5 to 12.5, y 19 to 31) is the badge's colour, opaque.
