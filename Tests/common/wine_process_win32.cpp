@@ -26,6 +26,17 @@ std::vector<std::string> read_lines(const std::filesystem::path& file) {
     return lines;
 }
 
+std::vector<std::string> log_mark::messages() const {
+    const auto lines = read_lines(file);
+    std::vector<std::string> messages;
+    for (size_t i = first; i < lines.size(); ++i) {
+        // "[date time] [P:.. T:..] [LEVEL] message": keep "[LEVEL] message".
+        const auto level = lines[i].find("] [", lines[i].find("[P:"));
+        messages.push_back(level == std::string::npos ? lines[i] : lines[i].substr(level + 2));
+    }
+    return messages;
+}
+
 std::vector<HWND> windows_of(DWORD process, const wchar_t* window_class, const wchar_t* title, bool hidden_too) {
     std::vector<HWND> found;
     for (HWND w = nullptr; (w = FindWindowExW(nullptr, w, window_class, title)) != nullptr;) {

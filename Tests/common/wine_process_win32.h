@@ -33,6 +33,14 @@ std::filesystem::path fresh_folder(const std::wstring& name);
 // The lines of a text file, without their line feeds.
 std::vector<std::string> read_lines(const std::filesystem::path& file);
 
+// Marks the end of a log file; later, gives what was logged since, each line as "[LEVEL] message".
+struct log_mark {
+    explicit log_mark(std::filesystem::path log) : file(std::move(log)), first(read_lines(file).size()) {}
+    std::vector<std::string> messages() const;
+    std::filesystem::path file;
+    size_t first;
+};
+
 // The top-level windows of `window_class` (and `title`, if given) that the process owns: the visible
 // ones, or all with `hidden_too` (every thread with windows owns a hidden "Default IME" window).
 std::vector<HWND> windows_of(DWORD process, const wchar_t* window_class, const wchar_t* title = nullptr,
@@ -43,7 +51,6 @@ HWND wait_for_window(DWORD process, const wchar_t* window_class, const wchar_t* 
 // A process that the test started, known by its handle.
 class child_process {
 public:
-    child_process() = default;
     // Starts `program` with `arguments` (the command line after the quoted program path).
     static child_process start(const std::filesystem::path& program, const std::wstring& arguments = L"");
 

@@ -44,16 +44,9 @@ int wmain() {
     std::getline(control, record);
     control >> exit_code;
 
-    // Doubles started together append their lines one after the other.
-    HANDLE lock = CreateMutexW(nullptr, FALSE, L"Local\\veldrake_sibling_double_record");
-    if (lock) WaitForSingleObject(lock, 10000);
     std::ofstream(record.empty() ? std::filesystem::path(self + L".record") : std::filesystem::path(to_wide(record)),
                   std::ios::binary | std::ios::app)
         << show_command() << '\t' << console_state() << '\t' << to_utf8(folder) << '\t' << to_utf8(GetCommandLineW())
         << '\n';
-    if (lock) {
-        ReleaseMutex(lock);
-        CloseHandle(lock);
-    }
     return static_cast<int>(static_cast<DWORD>(exit_code));
 }

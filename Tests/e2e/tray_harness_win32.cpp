@@ -10,16 +10,6 @@
 
 namespace e2e {
 
-namespace {
-
-// The tray's window of that process, hidden as it is, or null.
-HWND tray_window_of(DWORD process_id) {
-    const auto found = windows_of(process_id, TRAY_WINDOW_CLASS, nullptr, true);
-    return found.empty() ? nullptr : found.front();
-}
-
-}  // namespace
-
 std::filesystem::path tray_exe() { return this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
 
 std::filesystem::path tray_data_root() { return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"System Tray"; }
@@ -57,7 +47,12 @@ std::vector<std::vector<std::wstring>> recorded_runs::wait(size_t count) const {
 
 running_tray::running_tray(bool expect_window) : process_(child_process::start(tray_exe())) {
     if (!expect_window) return;
-    poll_until([&] { return (window_ = tray_window_of(process_.id())) != nullptr || !process_.running(); });
+    // The tray's window is hidden.
+    std::vector<HWND> found;
+    poll_until([&] {
+        return !(found = windows_of(process_.id(), TRAY_WINDOW_CLASS, nullptr, true)).empty() || !process_.running();
+    });
+    window_ = found.empty() ? nullptr : found.front();
 }
 
 running_tray::~running_tray() {
@@ -65,7 +60,7 @@ running_tray::~running_tray() {
 }
 
 std::optional<DWORD> running_tray::close() {
-    if (HWND w = tray_window_of(process_.id())) PostMessageW(w, WM_CLOSE, 0, 0);
+    if (window_) PostMessageW(window_, WM_CLOSE, 0, 0);
     return process_.wait_exit(std::chrono::seconds(20));
 }
 

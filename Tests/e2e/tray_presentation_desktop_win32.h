@@ -28,16 +28,6 @@ bool click_empty_desktop();
 // Keeps `area` of the screen as <build>/artifacts/tray_presentation/<name>.png.
 bool keep_picture(const std::wstring& name, const RECT& area);
 
-// The screen's pixels, 0x00RRGGBB, read back through GDI.
-struct screen_pixels {
-    RECT area{};
-    std::vector<uint32_t> rgb;
-    uint32_t at(int x, int y) const {
-        return rgb[static_cast<size_t>(y - area.top) * (area.right - area.left) + (x - area.left)];
-    }
-};
-screen_pixels capture(const RECT& area);
-
 // The bounding box of the pixels on screen within `tolerance` of `rgb` (0x00RRGGBB) in `area`, or nothing.
 std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance);
 

@@ -16,10 +16,6 @@ namespace {
 const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
 const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
 
-void set_dark(bool dark) {
-    test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
-}
-
 // The tray's icon: where the logo's teal tile shows in the notification area, the bottom strip of the
 // desktop's right half.
 std::optional<RECT> find_tray_icon() {
@@ -49,10 +45,7 @@ POINT item_point(HWND menu, int n) {
 
 class tray_presentation : public testing::Test {
 protected:
-    void SetUp() override {
-        reset_tray_state();
-        set_dark(false);
-    }
+    void SetUp() override { reset_tray_state(); }
     void TearDown() override {
         tray.reset();
         desktop::click_empty_desktop();
@@ -77,21 +70,6 @@ protected:
     std::vector<HWND> menus() const { return windows_of(tray->process().id(), L"#32768"); }
     // The first of them once one shows, or null.
     HWND wait_for_menu() const { return wait_for_window(tray->process().id(), L"#32768"); }
-    // Points at the first item and waits for its rounded hover: from the accent in light, grey in dark.
-    static bool hover_shows(HWND menu, bool dark) {
-        RECT where{};
-        GetWindowRect(menu, &where);
-        const POINT first = item_point(menu, 1);
-        if (!desktop::click(first, 0)) return false;
-        const RECT first_row{where.left + 12, first.y - 2, where.right - 12, first.y + 2};
-        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
-        return poll_until([&] { return desktop::find_colour(first_row, hover, 2).has_value(); });
-    }
-    // Opens the menu with a right click on the icon.
-    HWND open_menu(const RECT& icon) {
-        EXPECT_TRUE(desktop::click(centre(icon), 3));
-        return wait_for_menu();
-    }
 
     std::optional<running_tray> tray;
 };
@@ -115,10 +93,11 @@ TEST_F(tray_presentation, a_right_click_after_a_left_one_opens_one_menu_that_kee
     HWND menu = nullptr;
     for (const bool dark : {false, true}) {
         SCOPED_TRACE(dark ? "dark, right after left" : "light, left alone");
-        set_dark(dark);
+        test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
         ASSERT_TRUE(desktop::click(centre(icon), 1));
         if (dark) {
-            menu = open_menu(icon);
+            ASSERT_TRUE(desktop::click(centre(icon), 3));
+            menu = wait_for_menu();
             EXPECT_FALSE(poll_until([&] { return menus().size() > 1; }, std::chrono::milliseconds(2 * 3000)));
             EXPECT_EQ(menus(), std::vector<HWND>{menu});
         } else {
@@ -136,7 +115,13 @@ TEST_F(tray_presentation, a_right_click_after_a_left_one_opens_one_menu_that_kee
         const uint32_t background = dark ? 0x2B2B2B : 0xF9F9F9;
         EXPECT_TRUE(poll_until([&] { return desktop::find_colour(inside, background, 2).has_value(); }))
             << "the owner-drawn background";
-        EXPECT_TRUE(hover_shows(menu, dark)) << "hover colour";
+        // Pointing at the first item gives it the rounded hover: from the accent in light, grey in dark.
+        const POINT first = item_point(menu, 1);
+        ASSERT_TRUE(desktop::click(first, 0));
+        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
+        EXPECT_TRUE(poll_until([&] {
+            return desktop::find_colour({where.left + 12, first.y - 2, where.right - 12, first.y + 2}, hover, 2).has_value();
+        })) << "hover colour";
         desktop::keep_picture(dark ? L"tray-menu-dark" : L"tray-menu-light",
                               {where.left - 16, where.top - 16, std::min<LONG>(where.right + 16, 800), 600});
         if (!dark) {

@@ -37,21 +37,20 @@ TEST(settings_file, comes_from_the_shipped_default_and_is_read_again_when_its_st
     std::filesystem::rename(shipped, away);
     std::error_code ignored;
     const scope_exit put_back([&] { std::filesystem::rename(away, shipped, ignored); });
-    size_t mark = test_log_lines().size();
+    const test_support::log_mark before_missing(test_log_path());
     EXPECT_FALSE(s.reload_if_changed(false)) << "no default to copy";
     EXPECT_FALSE(s.is_app_enabled("context-menu-replacement", false));
     EXPECT_EQ(font_size(), -1);
-    auto logged = test_log_messages_since(mark);
-    ASSERT_EQ(logged.size(), 1u);
-    EXPECT_EQ(logged[0].rfind("[CRITICAL] Unable to copy settings file. Details ", 0), 0u) << logged[0];
+    const auto critical = before_missing.messages();
+    ASSERT_EQ(critical.size(), 1u);
+    EXPECT_EQ(critical[0].rfind("[CRITICAL] Unable to copy settings file. Details ", 0), 0u) << critical[0];
 
     std::filesystem::rename(away, shipped);
-    mark = test_log_lines().size();
+    const test_support::log_mark before_copy(test_log_path());
     ASSERT_TRUE(s.reload_if_changed(false));
     EXPECT_EQ(font_size(), 12);
-    logged = test_log_messages_since(mark);
-    ASSERT_EQ(logged.size(), 1u);
-    EXPECT_EQ(logged[0], "[INFO] Copied default settings from " + to_utf8(shipped.wstring()) + " to " + to_utf8(s.path().wstring()));
+    EXPECT_EQ(before_copy.messages(), std::vector<std::string>{"[INFO] Copied default settings from " + to_utf8(shipped.wstring()) +
+                                                              " to " + to_utf8(s.path().wstring())});
 
     const uint64_t loaded_at = *file_system.last_write_time(s.path());
     std::ofstream(s.path(), std::ios::trunc)

@@ -45,7 +45,7 @@ TEST(toast_display, ends_once_clicked_or_at_a_poll_and_a_missing_icon_is_only_a_
         watcher eye(c.click);
         int clicks = 0;
         std::atomic<int> polls = 0;
-        const size_t mark = test_log_lines().size();
+        const test_support::log_mark mark(test_log_path());
         toast_utilities::show_toast(c.icon, L"Veldrake", L"Context menu", L"Click to open the settings", [&] { ++clicks; },
                                     c.click ? std::function<bool()>() : [&] { return ++polls < 3; });
         eye.thread.join();
@@ -53,11 +53,9 @@ TEST(toast_display, ends_once_clicked_or_at_a_poll_and_a_missing_icon_is_only_a_
         EXPECT_EQ(polls, c.click ? 0 : 3) << "asked every poll until it said no";
         ASSERT_NE(eye.window.load(), nullptr) << "a notification window was shown";
         EXPECT_FALSE(IsWindow(eye.window)) << "and is gone";
-        EXPECT_GT(eye.rect.right, work.right - 40);
-        EXPECT_GT(eye.rect.bottom, work.bottom - 40);
-        EXPECT_LE(eye.rect.right, work.right);
-        EXPECT_LE(eye.rect.bottom, work.bottom);
-        const auto messages = test_log_messages_since(mark);
+        EXPECT_TRUE(eye.rect.right > work.right - 40 && eye.rect.right <= work.right) << eye.rect.right;
+        EXPECT_TRUE(eye.rect.bottom > work.bottom - 40 && eye.rect.bottom <= work.bottom) << eye.rect.bottom;
+        const auto messages = mark.messages();
         const std::string warning = "[WARNING] show_toast: failed to load icon " + to_utf8(c.icon) + " (error ";
         EXPECT_EQ(std::count_if(messages.begin(), messages.end(), [&](const std::string& m) { return m.rfind(warning, 0) == 0; }),
                   c.icon == logo ? 0 : 1);
