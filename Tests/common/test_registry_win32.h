@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -17,21 +16,16 @@ inline void set_value(HKEY root, const std::wstring& key, const wchar_t* name, D
 inline void set_dword(HKEY root, const std::wstring& key, const wchar_t* name, uint32_t value) {
     set_value(root, key, name, REG_DWORD, &value, sizeof(value));
 }
-inline void set_qword(HKEY root, const std::wstring& key, const wchar_t* name, uint64_t value) {
-    set_value(root, key, name, REG_QWORD, &value, sizeof(value));
-}
 inline void set_string(HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
     set_value(root, key, name, REG_SZ, value.c_str(), (value.size() + 1) * sizeof(wchar_t));
 }
 
-inline std::optional<std::wstring> get_string(HKEY root, const std::wstring& key, const wchar_t* name) {
-    std::wstring value(1024, L'\0');
-    DWORD size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
-    if (RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ, nullptr, value.data(), &size) != ERROR_SUCCESS) {
-        return std::nullopt;
-    }
-    value.resize(wcslen(value.c_str()));
-    return value;
+// A string value, or "" when there is none.
+inline std::wstring get_string(HKEY root, const std::wstring& key, const wchar_t* name) {
+    wchar_t text[1024] = {};
+    DWORD size = sizeof(text);
+    RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size);
+    return text;
 }
 
 inline void delete_value(HKEY root, const std::wstring& key, const wchar_t* name) { RegDeleteKeyValueW(root, key.c_str(), name); }

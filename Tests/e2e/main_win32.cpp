@@ -8,21 +8,19 @@
 
 #include <cwchar>
 
-using namespace tray_toast_ipc;
-
 // Besides running the tests, this program stands in for other processes:
 //   --sleep MS                          a long-lived foreign one, such as the installer's maintenance
-//   --send-toast TITLE TEXT ACTION ARG  a sibling asking for a toast through send_tray_toast (which
+//   --send-toast TITLE TEXT             a sibling asking for a toast through send_tray_toast (which
 //                                       starts the tray if needed)
 int wmain(int argc, wchar_t** argv) {
     if (argc == 3 && std::wcscmp(argv[1], L"--sleep") == 0) {
         Sleep(static_cast<DWORD>(std::wcstoul(argv[2], nullptr, 10)));
         return 0;
     }
-    if (argc == 6 && std::wcscmp(argv[1], L"--send-toast") == 0) {
+    if (argc == 4 && std::wcscmp(argv[1], L"--send-toast") == 0) {
         const com_scope com;
-        send_tray_toast((module_folder() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring(), L"Veldrake", argv[2],
-                        argv[3], static_cast<toast_click_action>(std::wcstol(argv[4], nullptr, 10)), argv[5], {});
+        tray_toast_ipc::send_tray_toast((module_folder() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring(), L"Veldrake",
+                                        argv[2], argv[3], tray_toast_ipc::toast_click_action::none, L"", {});
         return 0;
     }
     testing::InitGoogleTest(&argc, argv);

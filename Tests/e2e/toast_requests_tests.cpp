@@ -1,4 +1,3 @@
-#include "common/test_registry_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "toasts/notification_window_win32.h"
@@ -26,24 +25,7 @@ bool sent(toast_click_action action, const std::wstring& arg, const std::wstring
                                                L"Veldrake", title, L"Click to continue", action, arg});
 }
 
-// A tray started by someone else (the sender) ends through its window.
-void close_any_tray() {
-    if (HWND tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) PostMessageW(tray, WM_CLOSE, 0, 0);
-    poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; });
-}
-
-const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-
-class toast_requests : public testing::Test {
-protected:
-    void SetUp() override { reset_tray_state(); }
-    void TearDown() override {
-        desktop::click_empty_desktop();
-        test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
-        close_any_tray();
-        reset_tray_state();
-    }
-};
+using toast_requests = tray_test;
 
 }  // namespace
 
@@ -52,9 +34,8 @@ TEST_F(toast_requests, refused_messages_answer_0_and_only_a_malformed_request_is
     ASSERT_NE(tray.window(), nullptr);
     const log_mark mark(tray_log_file());
     const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", toast_click_action::none, L""});
-    const DWORD bytes = 2 * (good.size() + 1);
     const auto id = tray_toast_ipc::TOAST_COPYDATA_ID;
-    EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, good.c_str(), bytes), 0) << "another dwData";
+    EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, good.c_str(), 2 * (good.size() + 1)), 0) << "another dwData";
     EXPECT_EQ(send_copy_data(tray.window(), id, nullptr, 0), 0) << "no data";
     EXPECT_EQ(send_copy_data(tray.window(), id, good.c_str(), 1), 0) << "cbData 1";
     EXPECT_TRUE(mark.messages().empty()) << "refused silently";
@@ -83,7 +64,7 @@ TEST_F(toast_requests, a_click_on_a_toast_starts_what_its_request_names) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.dark ? "dark" : "light");
-        test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", c.dark ? 0 : 1);
+        set_theme(c.dark);
         const recorded_runs runs(c.program);
         ASSERT_TRUE(sent(c.action, c.arg, c.title));
         const HWND notification = wait_for_notification(tray.process().id());
@@ -103,7 +84,7 @@ TEST_F(toast_requests, a_click_on_a_toast_starts_what_its_request_names) {
 // wait for it; if not (on a loaded machine a start under Wine can take longer), the sender shows it
 // itself. Either way it shows once.
 TEST_F(toast_requests, a_sender_that_finds_no_tray_starts_one_and_its_toast_shows_once) {
-    child_process sender = child_process::start(this_program(), L"--send-toast Started \"By a sender\" 0 x");
+    child_process sender = child_process::start(this_program(), L"--send-toast Started \"By a sender\"");
     HWND tray = nullptr;
     ASSERT_TRUE(poll_until([&] { return (tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) != nullptr; })) << "no tray";
     DWORD tray_process = 0;

@@ -2,6 +2,7 @@
 
 #include "common/test_registry_win32.h"
 #include "doubles/sibling_doubles_win32.h"
+#include "e2e/tray_presentation_desktop_win32.h"
 #include "logging/log_format.h"
 #include "platform/paths_win32.h"
 #include "tray_messages.h"
@@ -9,6 +10,13 @@
 #include <shellapi.h>
 
 namespace e2e {
+
+namespace {
+
+const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
+const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
+
+}  // namespace
 
 std::filesystem::path tray_exe() { return this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
 
@@ -23,6 +31,21 @@ void reset_tray_state() {
     std::error_code ignored;
     std::filesystem::remove_all(tray_data_root(), ignored);
     test_registry::delete_tree(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance");
+}
+
+void tray_test::set_theme(bool dark) {
+    test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
+    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
+}
+
+void tray_test::TearDown() {
+    desktop::click_empty_desktop();
+    test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
+    test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
+    // A tray that the test did not start itself (a sender did) ends through its window.
+    if (HWND tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) PostMessageW(tray, WM_CLOSE, 0, 0);
+    poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; });
+    reset_tray_state();
 }
 
 recorded_runs::recorded_runs(const wchar_t* program)

@@ -4,6 +4,8 @@
 
 #include "common/wine_process_win32.h"
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -22,6 +24,15 @@ std::filesystem::path tray_log_file();
 
 // Removes the tray's data folder and the gate, so that each test starts from a fresh user.
 void reset_tray_state();
+
+// Each test starts from a fresh user and leaves no tray, theme or open menu behind.
+class tray_test : public testing::Test {
+protected:
+    void SetUp() override { reset_tray_state(); }
+    void TearDown() override;
+    // The user's theme: dark or light apps, and the accent that the hover colours come from.
+    static void set_theme(bool dark);
+};
 
 // While it lives, the sibling double `program` beside the tray records its runs in a file of its own.
 class recorded_runs {

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 // Drives the Wine desktop from the Linux side, as a person would: clicks with xdotool and screenshots
 // with ImageMagick. Wine starts Linux programs but gives no handle to wait on, so each command runs

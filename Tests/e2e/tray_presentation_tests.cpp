@@ -13,9 +13,6 @@ using namespace e2e;
 
 namespace {
 
-const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
-
 // The tray's icon: where the logo's teal tile shows in the notification area, the bottom strip of the
 // desktop's right half.
 std::optional<RECT> find_tray_icon() {
@@ -43,17 +40,8 @@ POINT item_point(HWND menu, int n) {
     return p;
 }
 
-class tray_presentation : public testing::Test {
+class tray_presentation : public tray_test {
 protected:
-    void SetUp() override { reset_tray_state(); }
-    void TearDown() override {
-        tray.reset();
-        desktop::click_empty_desktop();
-        test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
-        test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
-        reset_tray_state();
-    }
-
     // Starts the tray and waits for its icon on the taskbar.
     RECT start() {
         tray.emplace();
@@ -89,11 +77,10 @@ TEST_F(tray_presentation, a_right_click_after_a_left_one_opens_one_menu_that_kee
     const RECT icon = start();
     // An update waits and the index is being read: both dots show.
     PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, 4, 0);
-    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
     HWND menu = nullptr;
     for (const bool dark : {false, true}) {
         SCOPED_TRACE(dark ? "dark, right after left" : "light, left alone");
-        test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
+        set_theme(dark);
         ASSERT_TRUE(desktop::click(centre(icon), 1));
         if (dark) {
             ASSERT_TRUE(desktop::click(centre(icon), 3));
@@ -142,7 +129,6 @@ TEST_F(tray_presentation, double_click_starts_settings_once_and_opens_no_menu) {
     // Well past the double-click time: still no menu, and no second start.
     EXPECT_FALSE(poll_until([&] { return !menus().empty(); }, std::chrono::milliseconds(3 * GetDoubleClickTime())));
     EXPECT_EQ(settings.wait(), std::vector<std::vector<std::wstring>>{{L"--open-tab=settings"}});
-    EXPECT_EQ(tray->close(), 0u);
 }
 
 TEST_F(tray_presentation, badge_follows_the_state_and_survives_an_explorer_restart) {
@@ -165,7 +151,6 @@ TEST_F(tray_presentation, badge_follows_the_state_and_survives_an_explorer_resta
     SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
     const RECT back = wait_for_icon();
     EXPECT_TRUE(poll_until([&] { return badge_shows(back); })) << "the icon comes back with its badge";
-    EXPECT_EQ(tray->close(), 0u);
 }
 
 TEST_F(tray_presentation, feedback_and_support_open_their_pages_in_the_browser) {
@@ -190,5 +175,4 @@ TEST_F(tray_presentation, feedback_and_support_open_their_pages_in_the_browser) 
         EXPECT_TRUE(poll_until([&] { return (lines = read_lines(record)).size() > i; })) << "no browser";
         EXPECT_EQ(lines.size() > i ? lines[i] : "", cases[i].page);
     }
-    EXPECT_EQ(tray->close(), 0u);
 }

@@ -18,11 +18,7 @@ std::string first_line_end(const running_tray& tray) {
                        GetWindowThreadProcessId(tray.window(), nullptr));
 }
 
-class tray_process : public testing::Test {
-protected:
-    void SetUp() override { reset_tray_state(); }
-    void TearDown() override { reset_tray_state(); }
-};
+using tray_process = tray_test;
 
 }  // namespace
 
@@ -74,7 +70,7 @@ TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_pr
         SCOPED_TRACE(c.name);
         reset_tray_state();
         test_registry::set_dword(HKEY_LOCAL_MACHINE, gate_key, L"Process", c.process);
-        test_registry::set_qword(HKEY_LOCAL_MACHINE, gate_key, L"Created", c.created);
+        test_registry::set_value(HKEY_LOCAL_MACHINE, gate_key, L"Created", REG_QWORD, &c.created, sizeof(c.created));
         running_tray tray(!c.refused);
         if (c.refused) {
             EXPECT_EQ(tray.process().wait_exit(), 0u);

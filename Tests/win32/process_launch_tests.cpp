@@ -15,17 +15,13 @@
 
 namespace {
 
-// While it lives, both shell automation classes are treated as a class that does not exist.
-struct closed_shell_roads {
-    closed_shell_roads() {
-        for (const auto& key : keys) test_registry::set_string(HKEY_LOCAL_MACHINE, key, nullptr, L"{6F1E2D3C-0000-4A5B-9C8D-000000000001}");
-    }
-    ~closed_shell_roads() {
-        for (const auto& key : keys) test_registry::delete_tree(HKEY_LOCAL_MACHINE, key);
-    }
-    const std::wstring keys[2] = {L"Software\\Classes\\CLSID\\{13709620-C279-11CE-A49E-444553540000}\\TreatAs",
-                                  L"Software\\Classes\\CLSID\\{9BA05972-F6A8-11CF-A442-00A0C90A8F39}\\TreatAs"};
-};
+// Treats both shell automation classes as a class that does not exist, until the result goes.
+auto closed_shell_roads() {
+    static const std::wstring keys[] = {L"Software\\Classes\\CLSID\\{13709620-C279-11CE-A49E-444553540000}\\TreatAs",
+                                        L"Software\\Classes\\CLSID\\{9BA05972-F6A8-11CF-A442-00A0C90A8F39}\\TreatAs"};
+    for (const auto& key : keys) test_registry::set_string(HKEY_LOCAL_MACHINE, key, nullptr, L"{6F1E2D3C-0000-4A5B-9C8D-000000000001}");
+    return scope_exit([] { for (const auto& key : keys) test_registry::delete_tree(HKEY_LOCAL_MACHINE, key); });
+}
 
 // A sibling double at a path with blanks, recording into a file of the test's own.
 class launch_test : public testing::Test {
@@ -104,7 +100,7 @@ TEST_F(launch_test, DISABLED_desktop_road_starts_the_program_through_the_running
 // With both shell roads closed, launch_via_shell starts the program itself with the direct road's
 // start options, and launch_hidden_via_shell reports the closed road to its caller.
 TEST_F(launch_test, when_the_shell_roads_are_closed_only_launch_via_shell_starts_the_program_itself) {
-    const closed_shell_roads closed;
+    const auto closed = closed_shell_roads();
     EXPECT_THROW(launch_hidden_via_shell(program.wstring(), L"--hidden"), std::runtime_error);
 
     // CREATE_NO_WINDOW gives a console child a console without a window; DETACHED_PROCESS none.
@@ -161,7 +157,7 @@ TEST_F(launch_test, settings_app_starts_directly_in_its_folder_unless_elevated_a
 // Veldrake.exe beside the program is missing, so launch_via_shell's direct start fails too, leaves
 // its error for the caller, and the user is told why.
 TEST(settings_app_failure, is_logged_and_explained_in_a_dialog) {
-    const closed_shell_roads closed;
+    const auto closed = closed_shell_roads();
     const auto settings = test_support::this_program().parent_path() / L"Veldrake.exe";
     const auto away = std::filesystem::path(settings).concat(L".away");
     std::filesystem::rename(settings, away);

@@ -21,8 +21,8 @@ void set_stamp(const std::filesystem::path& file, uint64_t stamp) {
 
 }  // namespace
 
-// The shipped default beside this program is copied on first use, when it is there, and again after the
-// file is deleted; between the two, the time stamp alone tells whether the file is read again.
+// The shipped default beside this program is copied on first use, when it is there; after that, the
+// time stamp alone tells whether the file is read again.
 TEST(settings_file, comes_from_the_shipped_default_and_is_read_again_when_its_stamp_moves) {
     auto& file_system = common::setting_utilities::platform_settings_file_system();
     const std::wstring app = L"Settings Test " + std::to_wstring(GetCurrentProcessId());
@@ -39,7 +39,6 @@ TEST(settings_file, comes_from_the_shipped_default_and_is_read_again_when_its_st
     const scope_exit put_back([&] { std::filesystem::rename(away, shipped, ignored); });
     const test_support::log_mark before_missing(test_log_path());
     EXPECT_FALSE(s.reload_if_changed(false)) << "no default to copy";
-    EXPECT_FALSE(s.is_app_enabled("context-menu-replacement", false));
     EXPECT_EQ(font_size(), -1);
     const auto critical = before_missing.messages();
     ASSERT_EQ(critical.size(), 1u);
@@ -61,9 +60,4 @@ TEST(settings_file, comes_from_the_shipped_default_and_is_read_again_when_its_st
     set_stamp(s.path(), loaded_at - 24ULL * 3600 * 10000000);
     ASSERT_TRUE(s.reload_if_changed(false));
     EXPECT_EQ(font_size(), 20) << "a stamp that moved back, with the content as it was, is read again";
-
-    ASSERT_TRUE(std::filesystem::remove(s.path()));
-    ASSERT_TRUE(s.reload_if_changed(false));
-    EXPECT_EQ(font_size(), 12);
-    EXPECT_TRUE(std::filesystem::exists(s.path()));
 }
