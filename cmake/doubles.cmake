@@ -17,7 +17,7 @@ foreach(sibling_name Veldrake.exe Veldrake.ContextMenuReplacement.Controller.exe
          "${veldrake_bin}/${sibling_name}")
 endforeach()
 add_custom_command(TARGET sibling_double POST_BUILD ${copy_commands} COMMENT "Sibling-program doubles beside the tray")
-add_dependencies(veldrake_win32_tests sibling_double scenario_runner veldrake_content)
+add_dependencies(veldrake_win32_tests sibling_double veldrake_content)
 add_dependencies(veldrake_e2e_tests sibling_double)
 
 # The launchers' road through the desktop of the running Explorer ends Wine's desktop a few seconds

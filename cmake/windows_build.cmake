@@ -36,8 +36,7 @@ set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 
 function(veldrake_wine_test_exe name)
-    add_executable(${name} ${ARGN} "${CMAKE_SOURCE_DIR}/Tests/common/wine_process_win32.cpp"
-        "${CMAKE_SOURCE_DIR}/Tests/common/test_registry_win32.cpp")
+    add_executable(${name} ${ARGN} "${CMAKE_SOURCE_DIR}/Tests/common/wine_process_win32.cpp")
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
     target_link_libraries(${name} PRIVATE veldrake_core gtest)
 endfunction()

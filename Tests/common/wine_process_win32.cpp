@@ -1,5 +1,6 @@
 #include "common/wine_process_win32.h"
 
+#include <fstream>
 #include <stdexcept>
 
 namespace test_support {
@@ -8,6 +9,48 @@ std::filesystem::path this_program() {
     std::wstring buffer(32768, L'\0');
     buffer.resize(GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size())));
     return buffer;
+}
+
+std::filesystem::path fresh_folder(const std::wstring& name) {
+    const auto folder = std::filesystem::temp_directory_path() /
+                        (L"veldrake-" + name + L"-" + std::to_wstring(GetCurrentProcessId()));
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    return folder;
+}
+
+std::vector<std::string> read_lines(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+std::vector<std::string> log_mark::messages() const {
+    const auto lines = read_lines(file);
+    std::vector<std::string> messages;
+    for (size_t i = first; i < lines.size(); ++i) {
+        // "[date time] [P:.. T:..] [LEVEL] message": keep "[LEVEL] message".
+        const auto level = lines[i].find("] [", lines[i].find("[P:"));
+        messages.push_back(level == std::string::npos ? lines[i] : lines[i].substr(level + 2));
+    }
+    return messages;
+}
+
+std::vector<HWND> windows_of(DWORD process, const wchar_t* window_class, const wchar_t* title, bool hidden_too) {
+    std::vector<HWND> found;
+    for (HWND w = nullptr; (w = FindWindowExW(nullptr, w, window_class, title)) != nullptr;) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(w, &owner);
+        if (owner == process && (hidden_too || IsWindowVisible(w))) found.push_back(w);
+    }
+    return found;
+}
+
+HWND wait_for_window(DWORD process, const wchar_t* window_class, const wchar_t* title) {
+    std::vector<HWND> found;
+    poll_until([&] { return !(found = windows_of(process, window_class, title)).empty(); });
+    return found.empty() ? nullptr : found.front();
 }
 
 child_process child_process::start(const std::filesystem::path& program, const std::wstring& arguments) {

@@ -9,8 +9,9 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
-// Helpers for tests that start real processes under Wine.
+// Helpers for tests that start real processes and look at real windows and files under Wine.
 namespace test_support {
 
 // Polls `condition` every 20 ms until it holds or `timeout` passes; returns its last answer.
@@ -26,16 +27,34 @@ bool poll_until(F&& condition, std::chrono::milliseconds timeout = std::chrono::
 
 std::filesystem::path this_program();
 
-// A child process that is ended, if it still runs, when the owner goes.
+// An empty folder of the test's own under the temporary folder.
+std::filesystem::path fresh_folder(const std::wstring& name);
+
+// The lines of a text file, without their line feeds.
+std::vector<std::string> read_lines(const std::filesystem::path& file);
+
+// Marks the end of a log file; later, gives what was logged since, each line as "[LEVEL] message".
+struct log_mark {
+    explicit log_mark(std::filesystem::path log) : file(std::move(log)), first(read_lines(file).size()) {}
+    std::vector<std::string> messages() const;
+    std::filesystem::path file;
+    size_t first;
+};
+
+// The top-level windows of `window_class` (and `title`, if given) that the process owns: the visible
+// ones, or all with `hidden_too` (every thread with windows owns a hidden "Default IME" window).
+std::vector<HWND> windows_of(DWORD process, const wchar_t* window_class, const wchar_t* title = nullptr,
+                             bool hidden_too = false);
+// The first visible one of them, once it shows; null if none does in time.
+HWND wait_for_window(DWORD process, const wchar_t* window_class, const wchar_t* title = nullptr);
+
+// A process that the test started, known by its handle.
 class child_process {
 public:
-    child_process() = default;
     // Starts `program` with `arguments` (the command line after the quoted program path).
     static child_process start(const std::filesystem::path& program, const std::wstring& arguments = L"");
 
     DWORD id() const noexcept { return id_; }
-    HANDLE handle() const noexcept { return process_.get(); }
-    explicit operator bool() const noexcept { return static_cast<bool>(process_); }
     uint64_t creation_time() const;
 
     // The exit code, or nothing if it still runs after `timeout`.

@@ -3,8 +3,7 @@
 // test chose. What to do it reads from "<its own file name>.control" beside it, which
 // sibling_doubles_win32.h writes: a first line with the file to append to (default:
 // "<its own file name>.record" beside it) and a second with the exit code (default 0).
-// Each run appends one line: file name, show command, console, working folder, command line,
-// separated by tabs.
+// Each run appends one line: show command, console, working folder, command line, separated by tabs.
 #include <windows.h>
 
 #include "platform/string_conversion.h"
@@ -45,16 +44,9 @@ int wmain() {
     std::getline(control, record);
     control >> exit_code;
 
-    // Doubles started together append their lines one after the other.
-    HANDLE lock = CreateMutexW(nullptr, FALSE, L"Local\\veldrake_sibling_double_record");
-    if (lock) WaitForSingleObject(lock, 10000);
     std::ofstream(record.empty() ? std::filesystem::path(self + L".record") : std::filesystem::path(to_wide(record)),
                   std::ios::binary | std::ios::app)
-        << to_utf8(std::filesystem::path(self).filename().wstring()) << '\t' << show_command() << '\t'
-        << console_state() << '\t' << to_utf8(folder) << '\t' << to_utf8(GetCommandLineW()) << '\n';
-    if (lock) {
-        ReleaseMutex(lock);
-        CloseHandle(lock);
-    }
+        << show_command() << '\t' << console_state() << '\t' << to_utf8(folder) << '\t' << to_utf8(GetCommandLineW())
+        << '\n';
     return static_cast<int>(static_cast<DWORD>(exit_code));
 }

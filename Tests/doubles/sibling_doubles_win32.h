@@ -6,21 +6,15 @@
 #include "common/wine_process_win32.h"
 #include "platform/string_conversion.h"
 
-#include <filesystem>
+#include <algorithm>
 #include <fstream>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace sibling_doubles {
 
-// One start of a double, as it saw it.
+// One start of a double, as it saw it: STARTUPINFO's show command ("-" when none was set), "console"
+// or "none", its working folder and its whole command line.
 struct run_record {
-    std::wstring program;       // its file name
-    std::wstring show;          // STARTUPINFO's show command, or "-" when none was set
-    std::wstring console;       // "console" or "none"
-    std::wstring folder;        // its working folder
-    std::wstring command_line;  // GetCommandLineW, whole
+    std::wstring show, console, folder, command_line;
 };
 
 inline std::filesystem::path control_file(const std::filesystem::path& program) {
@@ -48,18 +42,17 @@ inline std::filesystem::path install_copy(const std::filesystem::path& target) {
 
 inline std::vector<run_record> read_records(const std::filesystem::path& record) {
     std::vector<run_record> runs;
-    std::ifstream in(record, std::ios::binary);
-    for (std::string line; std::getline(in, line);) {
-        std::istringstream fields(line);
+    for (const std::string& line : test_support::read_lines(record)) {
+        if (std::count(line.begin(), line.end(), '\t') < 3) continue;  // still being written
         run_record run;
-        for (std::wstring* field : {&run.program, &run.show, &run.console, &run.folder}) {
-            std::string text;
-            if (std::getline(fields, text, '\t')) *field = to_wide(text);
+        size_t start = 0;
+        for (std::wstring* field : {&run.show, &run.console, &run.folder}) {
+            const size_t tab = line.find('\t', start);
+            *field = to_wide(line.substr(start, tab - start));
+            start = tab + 1;
         }
-        std::string rest;  // the command line, tabs and all
-        if (!std::getline(fields, rest)) continue;
-        run.command_line = to_wide(rest);
-        runs.push_back(std::move(run));
+        run.command_line = to_wide(line.substr(start));  // tabs and all
+        runs.push_back(run);
     }
     return runs;
 }

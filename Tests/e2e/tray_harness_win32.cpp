@@ -1,29 +1,30 @@
 #include "e2e/tray_harness_win32.h"
 
 #include "common/test_registry_win32.h"
+#include "doubles/sibling_doubles_win32.h"
+#include "e2e/tray_presentation_desktop_win32.h"
 #include "logging/log_format.h"
 #include "platform/paths_win32.h"
 #include "tray_messages.h"
 
-#include <fstream>
+#include <shellapi.h>
 
 namespace e2e {
 
-std::filesystem::path tray_exe() { return test_support::this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
+namespace {
+
+const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
+const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
+
+}  // namespace
+
+std::filesystem::path tray_exe() { return this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
 
 std::filesystem::path tray_data_root() { return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"System Tray"; }
 
-std::filesystem::path tray_log_folder() { return tray_data_root() / L"System Tray" / L"Logs"; }
-
 std::filesystem::path tray_log_file() {
-    return tray_log_folder() / log_file_name(L"System Tray", to_local_time(std::chrono::system_clock::now()));
-}
-
-std::vector<std::string> read_lines(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
+    return tray_data_root() / L"System Tray" / L"Logs" /
+           log_file_name(L"System Tray", to_local_time(std::chrono::system_clock::now()));
 }
 
 void reset_tray_state() {
@@ -32,30 +33,57 @@ void reset_tray_state() {
     test_registry::delete_tree(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance");
 }
 
-HWND find_tray_window(DWORD process_id) {
-    HWND found = nullptr;
-    while ((found = FindWindowExW(nullptr, found, TRAY_WINDOW_CLASS, nullptr)) != nullptr) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(found, &owner);
-        if (owner == process_id) return found;
-    }
-    return nullptr;
+void tray_test::set_theme(bool dark) {
+    test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
+    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
 }
 
-running_tray::running_tray(bool expect_window) : process_(test_support::child_process::start(tray_exe())) {
+void tray_test::TearDown() {
+    desktop::click_empty_desktop();
+    test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
+    test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
+    // A tray that the test did not start itself (a sender did) ends through its window.
+    if (HWND tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) PostMessageW(tray, WM_CLOSE, 0, 0);
+    poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; });
+    reset_tray_state();
+}
+
+recorded_runs::recorded_runs(const wchar_t* program)
+    : program_(tray_exe().parent_path() / program), record_(fresh_folder(L"runs") / L"record.txt") {
+    sibling_doubles::control(program_, record_);
+}
+
+recorded_runs::~recorded_runs() { sibling_doubles::remove_control(program_); }
+
+std::vector<std::vector<std::wstring>> recorded_runs::wait(size_t count) const {
+    std::vector<sibling_doubles::run_record> runs;
+    poll_until([&] { return (runs = sibling_doubles::read_records(record_)).size() >= count; });
+    std::vector<std::vector<std::wstring>> arguments;
+    for (const auto& run : runs) {
+        int argc = 0;
+        wchar_t** argv = CommandLineToArgvW(run.command_line.c_str(), &argc);
+        arguments.emplace_back(argv + 1, argv + argc);
+        LocalFree(argv);
+    }
+    return arguments;
+}
+
+running_tray::running_tray(bool expect_window) : process_(child_process::start(tray_exe())) {
     if (!expect_window) return;
-    test_support::poll_until([&] {
-        window_ = find_tray_window(process_.id());
-        return window_ != nullptr || !process_.running();
+    // The tray's window is hidden.
+    std::vector<HWND> found;
+    poll_until([&] {
+        return !(found = windows_of(process_.id(), TRAY_WINDOW_CLASS, nullptr, true)).empty() || !process_.running();
     });
+    window_ = found.empty() ? nullptr : found.front();
 }
 
 running_tray::~running_tray() {
-    if (process_ && process_.running() && !close()) process_.terminate();
+    if (process_.running() && !close()) process_.terminate();
 }
 
 std::optional<DWORD> running_tray::close() {
-    if (HWND w = find_tray_window(process_.id())) PostMessageW(w, WM_CLOSE, 0, 0);
+    if (window_) PostMessageW(window_, WM_CLOSE, 0, 0);
     return process_.wait_exit(std::chrono::seconds(20));
 }
 

@@ -2,7 +2,7 @@
 
 #include "common/wine_process_win32.h"
 
-#include <atomic>
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -11,6 +11,25 @@ namespace desktop {
 namespace {
 
 std::string quoted(const std::filesystem::path& p) { return "'" + unix_path(p) + "'"; }
+
+// The screen's pixels in `area`, 0x00RRGGBB row by row, read back through GDI.
+std::vector<uint32_t> capture(const RECT& area) {
+    const int width = area.right - area.left, height = area.bottom - area.top;
+    std::vector<uint32_t> rgb(static_cast<size_t>(width) * height);
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
+    const HGDIOBJ old = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
+    SelectObject(memory, old);
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), rgb.data(), &info, DIB_RGB_COLORS);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return rgb;
+}
 
 }  // namespace
 
@@ -27,31 +46,17 @@ std::string unix_path(const std::filesystem::path& windows_path) {
 }
 
 std::optional<int> run_unix(const std::string& command, std::chrono::milliseconds timeout) {
-    static std::atomic<int> counter{0};
-    const auto folder = std::filesystem::temp_directory_path() / L"veldrake-desktop";
-    std::filesystem::create_directories(folder);
-    const auto marker = folder / (std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++));
-    std::error_code ignored;
-    std::filesystem::remove(marker, ignored);
+    const auto marker = test_support::fresh_folder(L"desktop") / L"exit-code";
     const std::string script = command + "; echo $? > " + quoted(marker);
     std::wstring line = L"/bin/sh -c \"" + std::wstring(script.begin(), script.end()) + L"\"";
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
-        return std::nullopt;
-    }
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) return {};
     CloseHandle(info.hThread);
     CloseHandle(info.hProcess);
-    std::optional<int> code;
-    test_support::poll_until(
-        [&] {
-            int value = 0;
-            if (std::ifstream(marker) >> value) code = value;
-            return code.has_value();
-        },
-        timeout);
-    std::filesystem::remove(marker, ignored);
+    int code = -1;
+    if (!test_support::poll_until([&] { return static_cast<bool>(std::ifstream(marker) >> code); }, timeout)) return {};
     return code;
 }
 
@@ -68,56 +73,25 @@ bool click(POINT at, int button, int count) {
 
 bool click_empty_desktop() { return click({300, 200}, 1); }
 
-bool screenshot(const std::filesystem::path& file) {
-    std::filesystem::create_directories(file.parent_path());
-    return run_unix("import -window root " + quoted(file)) == 0;
-}
-
-bool crop(const std::filesystem::path& from, const std::filesystem::path& to, const RECT& area) {
-    const std::string geometry = std::to_string(area.right - area.left) + "x" + std::to_string(area.bottom - area.top) +
-                                 "+" + std::to_string(area.left) + "+" + std::to_string(area.top);
-    return run_unix("convert " + quoted(from) + " -crop " + geometry + " +repage " + quoted(to)) == 0;
-}
-
-std::filesystem::path artifacts_folder() {
+bool keep_picture(const std::wstring& name, const RECT& area) {
     const auto folder = test_support::this_program().parent_path().parent_path() / L"artifacts" / L"tray_presentation";
     std::filesystem::create_directories(folder);
-    return folder;
-}
-
-screen_pixels capture(const RECT& area) {
-    const int width = area.right - area.left, height = area.bottom - area.top;
-    screen_pixels p{area, std::vector<uint32_t>(static_cast<size_t>(width) * height)};
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
-    const HGDIOBJ old = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
-    SelectObject(memory, old);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), p.rgb.data(), &info, DIB_RGB_COLORS);
-    for (uint32_t& v : p.rgb) v &= 0xFFFFFF;
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    return p;
+    const std::string geometry = std::to_string(area.right - area.left) + "x" + std::to_string(area.bottom - area.top) +
+                                 "+" + std::to_string(area.left) + "+" + std::to_string(area.top);
+    return run_unix("import -window root -crop " + geometry + " +repage " + quoted(folder / (name + L".png"))) == 0;
 }
 
 std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance) {
-    const screen_pixels pixels = capture(area);
+    const std::vector<uint32_t> pixels = capture(area);
     std::optional<RECT> box;
     for (int y = area.top; y < area.bottom; ++y) {
         for (int x = area.left; x < area.right; ++x) {
-            const uint32_t v = pixels.at(x, y);
-            bool close = true;
-            for (int shift = 0; shift < 24; shift += 8) {
-                close = close && std::abs(int((v >> shift) & 0xFF) - int((rgb >> shift) & 0xFF)) <= tolerance;
-            }
-            if (!close) continue;
-            if (!box) box = RECT{x, y, x + 1, y + 1};
-            box = RECT{std::min<LONG>(box->left, x), std::min<LONG>(box->top, y), std::max<LONG>(box->right, x + 1),
-                       std::max<LONG>(box->bottom, y + 1)};
+            const uint32_t v = pixels[static_cast<size_t>(y - area.top) * (area.right - area.left) + (x - area.left)];
+            const auto off = [&](int shift) { return std::abs(int((v >> shift) & 0xFF) - int((rgb >> shift) & 0xFF)); };
+            if (std::max({off(0), off(8), off(16)}) > tolerance) continue;
+            const RECT pixel{x, y, x + 1, y + 1};
+            if (!box) box = pixel;
+            UnionRect(&*box, &*box, &pixel);
         }
     }
     return box;

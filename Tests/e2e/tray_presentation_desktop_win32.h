@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 // Drives the Wine desktop from the Linux side, as a person would: clicks with xdotool and screenshots
 // with ImageMagick. Wine starts Linux programs but gives no handle to wait on, so each command runs
@@ -25,23 +24,8 @@ bool click(POINT at, int button, int count = 1);
 // Moves the pointer away, to a quiet spot of the desktop, and clicks there.
 bool click_empty_desktop();
 
-// The whole X screen, as a PNG.
-bool screenshot(const std::filesystem::path& file);
-// A part of an existing PNG.
-bool crop(const std::filesystem::path& from, const std::filesystem::path& to, const RECT& area);
-
-// Where the test run keeps its pictures: <build>/artifacts/tray_presentation.
-std::filesystem::path artifacts_folder();
-
-// The screen's pixels, 0x00RRGGBB, read back through GDI.
-struct screen_pixels {
-    RECT area{};
-    std::vector<uint32_t> rgb;
-    uint32_t at(int x, int y) const {
-        return rgb[static_cast<size_t>(y - area.top) * (area.right - area.left) + (x - area.left)];
-    }
-};
-screen_pixels capture(const RECT& area);
+// Keeps `area` of the screen as <build>/artifacts/tray_presentation/<name>.png.
+bool keep_picture(const std::wstring& name, const RECT& area);
 
 // The bounding box of the pixels on screen within `tolerance` of `rgb` (0x00RRGGBB) in `area`, or nothing.
 std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance);

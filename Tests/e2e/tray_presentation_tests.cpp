@@ -1,5 +1,4 @@
 #include "common/test_registry_win32.h"
-#include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "platform/scope_exit.h"
@@ -11,16 +10,8 @@
 #include <fstream>
 
 using namespace e2e;
-using test_support::poll_until;
 
 namespace {
-
-const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
-
-void set_dark(bool dark) {
-    test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
-}
 
 // The tray's icon: where the logo's teal tile shows in the notification area, the bottom strip of the
 // desktop's right half.
@@ -37,13 +28,6 @@ bool badge_shows(const RECT& icon) {
         .has_value();
 }
 
-// Keeps the whole screen as <name>-full.png and `area` of it as <name>.png.
-void keep_picture(const std::wstring& name, const RECT& area) {
-    const auto folder = desktop::artifacts_folder();
-    EXPECT_TRUE(desktop::screenshot(folder / (name + L"-full.png")));
-    EXPECT_TRUE(desktop::crop(folder / (name + L"-full.png"), folder / (name + L".png"), area));
-}
-
 // The middle of the menu's `n`-th item (6 is Exit, below the separator), on screen. Menus of another
 // process cannot be read, but their measure can: six items of one height and the separator's 9 pixels
 // at 96 dpi.
@@ -56,20 +40,8 @@ POINT item_point(HWND menu, int n) {
     return p;
 }
 
-class tray_presentation : public testing::Test {
+class tray_presentation : public tray_test {
 protected:
-    void SetUp() override {
-        reset_tray_state();
-        set_dark(false);
-    }
-    void TearDown() override {
-        tray.reset();
-        desktop::click_empty_desktop();
-        test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
-        test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
-        reset_tray_state();
-    }
-
     // Starts the tray and waits for its icon on the taskbar.
     RECT start() {
         tray.emplace();
@@ -82,106 +54,91 @@ protected:
         return icon.value_or(RECT{});
     }
 
-    // The tray's visible popup menus, the first of them, or null.
-    std::vector<HWND> menus() const {
-        std::vector<HWND> found;
-        for (HWND w = nullptr; (w = FindWindowExW(nullptr, w, L"#32768", nullptr)) != nullptr;) {
-            DWORD owner = 0;
-            GetWindowThreadProcessId(w, &owner);
-            if (owner == tray->process().id() && IsWindowVisible(w)) found.push_back(w);
-        }
-        return found;
-    }
-    HWND menu() const {
-        const auto found = menus();
-        return found.empty() ? nullptr : found.front();
-    }
-    // Points at the first item and waits for its rounded hover: from the accent in light, grey in dark.
-    static bool hover_shows(HWND menu, bool dark) {
-        RECT where{};
-        GetWindowRect(menu, &where);
-        const POINT first = item_point(menu, 1);
-        if (!desktop::click(first, 0)) return false;
-        const RECT first_row{where.left + 12, first.y - 2, where.right - 12, first.y + 2};
-        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
-        return poll_until([&] { return desktop::find_colour(first_row, hover, 2).has_value(); });
-    }
-    // Opens the menu with a right click on the icon.
-    HWND open_menu(const RECT& icon) {
-        EXPECT_TRUE(desktop::click(centre(icon), 3));
-        poll_until([&] { return menu() != nullptr; });
-        return menu();
-    }
-    void close_menu() {
-        desktop::click_empty_desktop();
-        EXPECT_TRUE(poll_until([&] { return menu() == nullptr; }));
-    }
+    // The tray's visible popup menus.
+    std::vector<HWND> menus() const { return windows_of(tray->process().id(), L"#32768"); }
+    // The first of them once one shows, or null.
+    HWND wait_for_menu() const { return wait_for_window(tray->process().id(), L"#32768"); }
 
     std::optional<running_tray> tray;
 };
 
 }  // namespace
 
-TEST_F(tray_presentation, single_left_click_opens_the_menu_only_after_the_double_click_time) {
-    // A long double-click time for this tray, so that "not yet" holds however slow the machine is.
+// In light, a lone left click opens the menu only once the double-click time has passed. In dark, a
+// right click comes within that time of a left one: the single-click timer runs out inside the menu's
+// loop and must open no second menu, nor take the open one's font and brush away. Both menus are drawn
+// by the tray, above the taskbar, and Exit ends it.
+TEST_F(tray_presentation, a_right_click_after_a_left_one_opens_one_menu_that_keeps_drawing_and_exits) {
+    // A long double-click time, so that "not yet" holds however slow the machine is.
     const UINT usual = GetDoubleClickTime();
     constexpr UINT flags = SPIF_UPDATEINIFILE | SPIF_SENDCHANGE;
     ASSERT_TRUE(SystemParametersInfoW(SPI_SETDOUBLECLICKTIME, 3000, nullptr, flags));
     const scope_exit restore([&] { SystemParametersInfoW(SPI_SETDOUBLECLICKTIME, usual, nullptr, flags); });
     const RECT icon = start();
-    ASSERT_TRUE(desktop::click(centre(icon), 1));
-    EXPECT_EQ(menu(), nullptr) << "the menu must wait for a possible second click";
-    EXPECT_TRUE(poll_until([&] { return menu() != nullptr; })) << "a single left click opens the menu";
-    close_menu();
-    EXPECT_EQ(tray->close(), 0u);
-}
-
-// A right click within the double-click time of a left click: the single-click timer runs out inside
-// the menu's loop and must open no second menu, nor take the open one's font and brush away.
-TEST_F(tray_presentation, a_right_click_after_a_left_one_opens_one_menu_that_keeps_drawing_and_exits) {
-    const UINT usual = GetDoubleClickTime();
-    constexpr UINT flags = SPIF_UPDATEINIFILE | SPIF_SENDCHANGE;
-    ASSERT_TRUE(SystemParametersInfoW(SPI_SETDOUBLECLICKTIME, 2000, nullptr, flags));
-    const scope_exit restore([&] { SystemParametersInfoW(SPI_SETDOUBLECLICKTIME, usual, nullptr, flags); });
-    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
-    const RECT icon = start();
-    ASSERT_TRUE(desktop::click(centre(icon), 1));
-    const HWND menu = open_menu(icon);
-    ASSERT_NE(menu, nullptr);
-    EXPECT_FALSE(poll_until([&] { return menus().size() > 1; }, std::chrono::milliseconds(2 * 2000)));
-    EXPECT_EQ(menus(), std::vector<HWND>{menu});
-    EXPECT_TRUE(hover_shows(menu, false)) << "the items still draw";
+    // An update waits and the index is being read: both dots show.
+    PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, 4, 0);
+    HWND menu = nullptr;
+    for (const bool dark : {false, true}) {
+        SCOPED_TRACE(dark ? "dark, right after left" : "light, left alone");
+        set_theme(dark);
+        ASSERT_TRUE(desktop::click(centre(icon), 1));
+        if (dark) {
+            ASSERT_TRUE(desktop::click(centre(icon), 3));
+            menu = wait_for_menu();
+            EXPECT_FALSE(poll_until([&] { return menus().size() > 1; }, std::chrono::milliseconds(2 * 3000)));
+            EXPECT_EQ(menus(), std::vector<HWND>{menu});
+        } else {
+            EXPECT_TRUE(menus().empty()) << "the menu must wait for a possible second click";
+            menu = wait_for_menu();
+        }
+        ASSERT_NE(menu, nullptr) << "no menu";
+        RECT where{}, client{};
+        GetWindowRect(menu, &where);
+        GetClientRect(menu, &client);
+        EXPECT_LT(where.top, centre(icon).y) << "the menu opens above the taskbar";
+        EXPECT_EQ((client.bottom - 9) % 6, 0) << "six items of one height and the separator: " << client.bottom;
+        EXPECT_GE((client.bottom - 9) / 6, 16 + 10) << "the dot column and the padding";
+        const RECT inside{where.left + 6, where.top + 6, where.left + 10, where.top + 10};
+        const uint32_t background = dark ? 0x2B2B2B : 0xF9F9F9;
+        EXPECT_TRUE(poll_until([&] { return desktop::find_colour(inside, background, 2).has_value(); }))
+            << "the owner-drawn background";
+        // Pointing at the first item gives it the rounded hover: from the accent in light, grey in dark.
+        const POINT first = item_point(menu, 1);
+        ASSERT_TRUE(desktop::click(first, 0));
+        const uint32_t hover = dark ? 0x3E3E3E : 0xD1E6F7;  // lighten_color(0xD77800, 0.82) in light
+        EXPECT_TRUE(poll_until([&] {
+            return desktop::find_colour({where.left + 12, first.y - 2, where.right - 12, first.y + 2}, hover, 2).has_value();
+        })) << "hover colour";
+        desktop::keep_picture(dark ? L"tray-menu-dark" : L"tray-menu-light",
+                              {where.left - 16, where.top - 16, std::min<LONG>(where.right + 16, 800), 600});
+        if (!dark) {
+            desktop::click_empty_desktop();
+            EXPECT_TRUE(poll_until([&] { return menus().empty(); }));
+        }
+    }
     ASSERT_TRUE(desktop::click(item_point(menu, 6), 1));
     EXPECT_EQ(tray->process().wait_exit(), 0u) << "Exit chosen from the menu";
+    EXPECT_TRUE(poll_until([] { return !find_tray_icon(); })) << "and its icon is gone";
 }
 
 TEST_F(tray_presentation, double_click_starts_settings_once_and_opens_no_menu) {
-    // Veldrake.exe beside the tray is the sibling double, which records each start.
-    const std::filesystem::path settings_app = tray_exe().parent_path() / L"Veldrake.exe";
-    const std::filesystem::path record = desktop::artifacts_folder() / L"settings-record.txt";
-    std::filesystem::remove(record);
-    sibling_doubles::control(settings_app, record);
-    const scope_exit uncontrol([&] { sibling_doubles::remove_control(settings_app); });
+    const recorded_runs settings(L"Veldrake.exe");
     const RECT icon = start();
     ASSERT_TRUE(desktop::click(centre(icon), 1, 2));
-    EXPECT_TRUE(poll_until([&] { return !sibling_doubles::read_records(record).empty(); })) << "Settings not started";
+    EXPECT_FALSE(settings.wait().empty()) << "Settings not started";
     // Well past the double-click time: still no menu, and no second start.
-    EXPECT_FALSE(poll_until([&] { return menu() != nullptr; }, std::chrono::milliseconds(3 * GetDoubleClickTime())));
-    const auto runs = sibling_doubles::read_records(record);
-    ASSERT_EQ(runs.size(), 1u);
-    EXPECT_EQ(runs[0].program, L"Veldrake.exe");
-    EXPECT_NE(runs[0].command_line.find(L"--open-tab=settings"), std::wstring::npos) << runs[0].command_line;
-    EXPECT_EQ(tray->close(), 0u);
+    EXPECT_FALSE(poll_until([&] { return !menus().empty(); }, std::chrono::milliseconds(3 * GetDoubleClickTime())));
+    EXPECT_EQ(settings.wait(), std::vector<std::vector<std::wstring>>{{L"--open-tab=settings"}});
 }
 
 TEST_F(tray_presentation, badge_follows_the_state_and_survives_an_explorer_restart) {
     const RECT icon = start();
     const RECT around{icon.left - 8, icon.top - 8, icon.right + 8, icon.bottom + 8};
     EXPECT_FALSE(badge_shows(icon)) << "index complete and up to date: the plain logo";
-    keep_picture(L"icon-plain", around);
+    desktop::keep_picture(L"icon-plain", around);
     PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, 8, 0);
     EXPECT_TRUE(poll_until([&] { return badge_shows(icon); })) << "red badge after a major update";
-    keep_picture(L"icon-badge", around);
+    desktop::keep_picture(L"icon-badge", around);
 
     // Explorer restarts: its icons are gone, then the new one sends "TaskbarCreated" to every top-level
     // window, without waiting for any.
@@ -194,61 +151,28 @@ TEST_F(tray_presentation, badge_follows_the_state_and_survives_an_explorer_resta
     SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
     const RECT back = wait_for_icon();
     EXPECT_TRUE(poll_until([&] { return badge_shows(back); })) << "the icon comes back with its badge";
-    EXPECT_EQ(tray->close(), 0u);
-}
-
-TEST_F(tray_presentation, right_click_opens_the_menu_in_light_and_dark_and_its_exit_ends_the_tray) {
-    const RECT icon = start();
-    // An update waits and the index is being read: both dots show.
-    PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, 4, 0);
-    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
-    HWND menu = nullptr;
-    for (const bool dark : {false, true}) {
-        SCOPED_TRACE(dark ? "dark" : "light");
-        set_dark(dark);
-        menu = open_menu(icon);
-        ASSERT_NE(menu, nullptr) << "no menu after a right click";
-        RECT where{}, client{};
-        GetWindowRect(menu, &where);
-        GetClientRect(menu, &client);
-        EXPECT_LT(where.top, centre(icon).y) << "the menu opens above the taskbar";
-        EXPECT_EQ((client.bottom - 9) % 6, 0) << "six items of one height and the separator: " << client.bottom;
-        EXPECT_GE((client.bottom - 9) / 6, 16 + 10) << "the dot column and the padding";
-        const RECT inside{where.left + 6, where.top + 6, where.left + 10, where.top + 10};
-        const uint32_t background = dark ? 0x2B2B2B : 0xF9F9F9;
-        EXPECT_TRUE(poll_until([&] { return desktop::find_colour(inside, background, 2).has_value(); }))
-            << "the owner-drawn background";
-        EXPECT_TRUE(hover_shows(menu, dark)) << "hover colour";
-        keep_picture(dark ? L"tray-menu-dark" : L"tray-menu-light",
-                     {where.left - 16, where.top - 16, std::min<LONG>(where.right + 16, 800), 600});
-        if (!dark) close_menu();
-    }
-    ASSERT_TRUE(desktop::click(item_point(menu, 6), 1));
-    EXPECT_EQ(tray->process().wait_exit(), 0u) << "Exit chosen from the menu";
-    EXPECT_TRUE(poll_until([] { return !find_tray_icon(); })) << "and its icon is gone";
 }
 
 TEST_F(tray_presentation, feedback_and_support_open_their_pages_in_the_browser) {
     // Wine hands web links to the first program of this list that runs: here a recorder of its arguments.
-    const std::filesystem::path folder = desktop::artifacts_folder();
-    const std::filesystem::path record = folder / L"browser-record.txt", browser = folder / L"browser.sh";
-    std::filesystem::remove(record);
+    const auto folder = fresh_folder(L"browser");
+    const auto record = folder / L"record.txt", browser = folder / L"browser.sh";
     std::ofstream(browser, std::ios::binary) << "#!/bin/sh\necho \"$1\" >> '" << desktop::unix_path(record) << "'\n";
     ASSERT_EQ(desktop::run_unix("chmod +x '" + desktop::unix_path(browser) + "'"), 0);
     const std::wstring browsers = L"Software\\Wine\\WineBrowser";
     test_registry::set_string(HKEY_CURRENT_USER, browsers, L"Browsers", to_wide(desktop::unix_path(browser)));
     const scope_exit restore([&] { test_registry::delete_value(HKEY_CURRENT_USER, browsers, L"Browsers"); });
-    const RECT icon = start();
-    const std::string pages[] = {VELDRAKE_WEB_HOST "/products/veldrake/feedback?ref=client_system_tray",
-                                 VELDRAKE_WEB_HOST "/products/veldrake/support"};
-    for (int i = 0; i < 2; ++i) {
-        SCOPED_TRACE(pages[i]);
-        const HWND menu = open_menu(icon);
-        ASSERT_NE(menu, nullptr);
-        ASSERT_TRUE(desktop::click(item_point(menu, 4 + i), 1));  // Feedback, then Support
+    tray.emplace();
+    ASSERT_NE(tray->window(), nullptr);
+    // Which menu item gives which command is the layout's; here the commands reach the browser.
+    const struct { uint32_t command; std::string page; } cases[] = {
+        {ID_TRAY_FEEDBACK, VELDRAKE_WEB_HOST "/products/veldrake/feedback?ref=client_system_tray"},
+        {ID_TRAY_SUPPORT, VELDRAKE_WEB_HOST "/products/veldrake/support"}};
+    for (size_t i = 0; i < 2; ++i) {
+        SCOPED_TRACE(cases[i].page);
+        PostMessageW(tray->window(), WM_COMMAND, cases[i].command, 0);
         std::vector<std::string> lines;
-        EXPECT_TRUE(poll_until([&] { return (lines = read_lines(record)).size() > size_t(i); })) << "no browser";
-        EXPECT_EQ(lines.size() > size_t(i) ? lines[i] : "", pages[i]);
+        EXPECT_TRUE(poll_until([&] { return (lines = read_lines(record)).size() > i; })) << "no browser";
+        EXPECT_EQ(lines.size() > i ? lines[i] : "", cases[i].page);
     }
-    EXPECT_EQ(tray->close(), 0u);
 }

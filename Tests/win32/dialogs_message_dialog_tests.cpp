@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <functional>
-#include <optional>
 #include <thread>
 
 using namespace common_dialogs;
@@ -16,25 +15,10 @@ namespace {
 // Runs `show` on a thread of its own, hands the window it opens to `drive`, then clicks `end_with`
 // (even when `drive` gave up early) and gives back what `show` returned.
 int run_dialog(const std::function<int()>& show, const std::function<void(HWND)>& drive, int end_with = ID_MESSAGE_OK) {
-    std::atomic<DWORD> thread_id{0};
     std::atomic<int> result{-100};
-    std::thread runner([&] {
-        thread_id = GetCurrentThreadId();
-        result = show();
-    });
-    HWND window = nullptr;
+    std::thread runner([&] { result = show(); });
     // Visible only once its controls are made.
-    poll_until([&] {
-        if (thread_id == 0) return false;
-        EnumThreadWindows(
-            thread_id,
-            [](HWND w, LPARAM found) -> BOOL {
-                if (IsWindowVisible(w)) *reinterpret_cast<HWND*>(found) = w;
-                return !IsWindowVisible(w);
-            },
-            reinterpret_cast<LPARAM>(&window));
-        return window != nullptr;
-    });
+    const HWND window = test_support::wait_for_window(GetCurrentProcessId(), L"#32770");
     if (window) {
         drive(window);
         PostMessageW(GetDlgItem(window, end_with), BM_CLICK, 0, 0);
@@ -43,20 +27,13 @@ int run_dialog(const std::function<int()>& show, const std::function<void(HWND)>
     return window ? result.load() : -200;
 }
 
-RECT rect_of(HWND window) {
-    RECT r{};
-    GetWindowRect(window, &r);
-    return r;
-}
-
-std::optional<std::wstring> clipboard_text() {
-    std::optional<std::wstring> text;
-    for (int attempt = 0; attempt < 50 && !OpenClipboard(nullptr); ++attempt) Sleep(20);
+// The clipboard's text; "(none)" while another thread holds it or it has none.
+std::wstring clipboard_text() {
+    std::wstring text = L"(none)";
+    if (!OpenClipboard(nullptr)) return text;
     if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-        if (const auto* chars = static_cast<const wchar_t*>(GlobalLock(data))) {
-            text = chars;
-            GlobalUnlock(data);
-        }
+        text = static_cast<const wchar_t*>(GlobalLock(data));
+        GlobalUnlock(data);
     }
     CloseClipboard();
     return text;
@@ -64,13 +41,16 @@ std::optional<std::wstring> clipboard_text() {
 
 }  // namespace
 
+// Without its copy button here, which the other tests show.
 TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of_seven_lines) {
     for (const int count : {7, 8}) {
         SCOPED_TRACE(count);
         std::wstring text = L"line 1";
         for (int i = 2; i <= count; ++i) text += L"\nline " + std::to_wstring(i);
         message_dialog dialog(text, false);
+        dialog.show_copy = false;
         run_dialog([&] { return dialog.show(nullptr); }, [&](HWND window) {
+            EXPECT_EQ(GetDlgItem(window, ID_MESSAGE_COPY), nullptr);
             const HWND text_static = FindWindowExW(window, nullptr, L"Static", nullptr);
             const HWND edit = FindWindowExW(window, nullptr, L"Edit", nullptr);
             if (count == 7) {
@@ -81,13 +61,13 @@ TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of
             ASSERT_TRUE(edit && !text_static);
             const DWORD scrolling = ES_READONLY | ES_MULTILINE | WS_VSCROLL;
             EXPECT_EQ(GetWindowLongPtrW(edit, GWL_STYLE) & scrolling, scrolling);
-            const HDC dc = GetDC(edit);
-            const HGDIOBJ old = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0)));
             TEXTMETRICW metrics{};
+            const HDC dc = GetDC(edit);
+            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0)));  // undone by ReleaseDC
             GetTextMetricsW(dc, &metrics);
-            SelectObject(dc, old);
             ReleaseDC(edit, dc);
-            const RECT r = rect_of(edit);
+            RECT r{};
+            GetWindowRect(edit, &r);
             const int line = metrics.tmHeight + metrics.tmExternalLeading;
             EXPECT_EQ(r.bottom - r.top, 7 * line + 2 * GetSystemMetrics(SM_CYEDGE));
             wchar_t shown[128] = {};
@@ -98,16 +78,17 @@ TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of
 }
 
 TEST(message_dialog, buttons_read_ok_no_cancel_from_the_left_and_ok_or_cancel_read_the_check_box) {
-    const struct {
-        int id;
-        bool check_result;
-    } cases[] = {{ID_MESSAGE_OK, true}, {ID_MESSAGE_NO, false}, {ID_MESSAGE_CANCEL, true}};
+    const struct { int id; bool check_result; } cases[] = {{ID_MESSAGE_OK, true}, {ID_MESSAGE_NO, false}, {ID_MESSAGE_CANCEL, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.id);
         message_dialog dialog(L"Add this folder to the index?", true);
         dialog.show_check = dialog.show_no = true;
         const auto drive = [](HWND window) {
-            const auto at = [&](int id) { return rect_of(GetDlgItem(window, id)); };
+            const auto at = [&](int id) {
+                RECT r{};
+                GetWindowRect(GetDlgItem(window, id), &r);
+                return r;
+            };
             EXPECT_LT(at(ID_MESSAGE_COPY).right, at(ID_MESSAGE_OK).left);
             EXPECT_LT(at(ID_MESSAGE_OK).right, at(ID_MESSAGE_NO).left);
             EXPECT_LT(at(ID_MESSAGE_NO).right, at(ID_MESSAGE_CANCEL).left);
@@ -131,29 +112,14 @@ TEST(message_dialog, ctrl_c_and_the_copy_button_copy_the_text_itself_and_an_empt
     dialog.bring_to_front = true;
     run_dialog([&] { return dialog.show(nullptr); }, [&](HWND window) {
         ASSERT_TRUE(poll_until([&] { return GetForegroundWindow() == window; })) << "brought to the front";
-        INPUT keys[4] = {};
-        const WORD codes[4] = {VK_CONTROL, 'C', 'C', VK_CONTROL};
-        for (int i = 0; i < 4; ++i) {
-            keys[i].type = INPUT_KEYBOARD;
-            keys[i].ki.wVk = codes[i];
-            keys[i].ki.dwFlags = i >= 2 ? KEYEVENTF_KEYUP : 0;
-        }
+        INPUT keys[4] = {{INPUT_KEYBOARD, {.ki = {VK_CONTROL, 0, 0, 0, 0}}}, {INPUT_KEYBOARD, {.ki = {'C', 0, 0, 0, 0}}},
+                         {INPUT_KEYBOARD, {.ki = {'C', 0, KEYEVENTF_KEYUP, 0, 0}}},
+                         {INPUT_KEYBOARD, {.ki = {VK_CONTROL, 0, KEYEVENTF_KEYUP, 0, 0}}}};
         ASSERT_EQ(SendInput(4, keys, sizeof(INPUT)), 4u);
         EXPECT_TRUE(poll_until([&] { return clipboard_text() == text; }, std::chrono::seconds(5)))
-            << "Ctrl+C; the clipboard has " << testing::PrintToString(clipboard_text().value_or(L"(nothing)"));
+            << "Ctrl+C; the clipboard has " << testing::PrintToString(clipboard_text());
         ASSERT_TRUE(copy_text_to_clipboard(L"before"));
         PostMessageW(GetDlgItem(window, ID_MESSAGE_COPY), BM_CLICK, 0, 0);
         EXPECT_TRUE(poll_until([&] { return clipboard_text() == text; }, std::chrono::seconds(5))) << "copy button";
     });
-}
-
-TEST(message_dialog, info_message_has_ok_only) {
-    const auto drive = [](HWND window) {
-        EXPECT_NE(GetDlgItem(window, ID_MESSAGE_OK), nullptr);
-        for (const int id : {ID_MESSAGE_CANCEL, ID_MESSAGE_NO, ID_MESSAGE_COPY}) {
-            EXPECT_EQ(GetDlgItem(window, id), nullptr) << id;
-        }
-    };
-    EXPECT_EQ(run_dialog([] { return show_info_message(L"The search service was restarted.", nullptr); }, drive),
-              ID_MESSAGE_OK);
 }
