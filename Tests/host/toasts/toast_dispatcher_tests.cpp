@@ -54,8 +54,8 @@ toast_entry entry(const wchar_t* title, const wchar_t* text = L"x") { return {L"
 TEST(toast_dispatcher_threads, queue_keeps_the_newest_three_and_drops_only_a_queued_equal_title_and_text) {
     fake_screen screen;
     toast_dispatcher dispatcher(screen.platform());
+    dispatcher.enqueue(entry(L"up"));  // before the start: it waits for the thread
     dispatcher.start();
-    dispatcher.enqueue(entry(L"up"));
     screen.wait_shown(1);
     dispatcher.enqueue(entry(L"up"));  // the first is on screen, no longer queued: taken
     dispatcher.enqueue(entry(L"up"));  // equal to a queued one: dropped
@@ -99,7 +99,6 @@ TEST(toast_dispatcher, copy_data_is_refused_unless_it_is_a_toast_request) {
         {"another dwData", {0x4B445655, good.c_str(), bytes(good)}, false},
         {"upper bytes set", {0x1'0000'0000 | id, good.c_str(), bytes(good)}, false},
         {"null data", {id, nullptr, bytes(good)}, false},
-        {"cbData 1", {id, good.c_str(), 1}, false},
         {"six fields", {id, six_fields.c_str(), bytes(six_fields)}, false},
     };
     for (const auto& c : cases) {

@@ -13,60 +13,51 @@ std::wstring fields(std::initializer_list<std::wstring_view> parts) {
     return payload;
 }
 
-bool decode(const std::wstring& payload, toast_request& out) {
-    return decode_toast_request(payload.c_str(), payload.size(), out);
-}
-
 }  // namespace
 
 TEST(tray_toast_ipc, round_trips_a_request_and_blanks_separators_in_fields) {
     const toast_request request{L"C:\\Program Files\\Veldrake\\logo.ico", L"Veldrake", L"Title\u0001with separator",
-                                L"Text \u7D22\u5F15", toast_click_action::open_settings_tab, L"menu-tab"};
+                                L"Text \u7D22\u5F15", toast_click_action::add_to_index, L"C:\\A"};
     const std::wstring payload = encode_toast_request(request);
     EXPECT_EQ(payload, fields({L"1", L"C:\\Program Files\\Veldrake\\logo.ico", L"Veldrake", L"Title with separator",
-                               L"Text \u7D22\u5F15", L"1", L"menu-tab"}));
+                               L"Text \u7D22\u5F15", L"2", L"C:\\A"}));
     toast_request decoded;
-    ASSERT_TRUE(decode(payload, decoded));
+    ASSERT_TRUE(decode_toast_request(payload.c_str(), payload.size(), decoded));
     toast_request expected = request;
     expected.title = L"Title with separator";
     EXPECT_EQ(decoded, expected);
 }
 
-TEST(tray_toast_ipc, decoding_refuses_what_is_not_a_version_1_request_with_text) {
-    const struct { const char* name; std::wstring payload; bool accepted; } cases[] = {
-        {"six fields", fields({L"1", L"i", L"t", L"title", L"text", L"0"}), false},
-        {"version 2", fields({L"2", L"i", L"t", L"title", L"text", L"0", L""}), false},
-        {"non-numeric version", fields({L"v1", L"i", L"t", L"title", L"text", L"0", L""}), false},
-        {"empty text", fields({L"1", L"i", L"t", L"title", L"", L"0", L""}), false},
-        {"non-numeric action", fields({L"1", L"i", L"t", L"title", L"text", L"open", L""}), false},
-        {"action out of range of i32", fields({L"1", L"i", L"t", L"title", L"text", L"99999999999", L""}), false},
-        {"eight fields: the eighth is ignored", fields({L"1", L"i", L"t", L"title", L"text", L"0", L"", L"x"}), true},
-        {"blanks and junk around the version", fields({L" 1abc", L"i", L"t", L"title", L"text", L"0", L""}), true},
-        {"unknown action 7", fields({L"1", L"i", L"t", L"title", L"text", L"7", L""}), true},
+// A refused request leaves the output alone.
+TEST(tray_toast_ipc, decoding_takes_a_version_1_request_with_text_up_to_the_terminator_or_the_length) {
+    const std::wstring tail = fields({L"1", L"i", L"t", L"T", L"x", L"0", L"tail"});
+    constexpr size_t whole = std::wstring::npos;
+    const struct { const char* name; std::wstring payload; size_t length; const wchar_t* click_arg; } cases[] = {
+        {"six fields", fields({L"1", L"i", L"t", L"T", L"x", L"0"}), whole, nullptr},
+        {"version 2", fields({L"2", L"i", L"t", L"T", L"x", L"0", L""}), whole, nullptr},
+        {"non-numeric version", fields({L"v1", L"i", L"t", L"T", L"x", L"0", L""}), whole, nullptr},
+        {"empty text", fields({L"1", L"i", L"t", L"T", L"", L"0", L""}), whole, nullptr},
+        {"non-numeric action", fields({L"1", L"i", L"t", L"T", L"x", L"open", L""}), whole, nullptr},
+        {"action out of range of i32", fields({L"1", L"i", L"t", L"T", L"x", L"99999999999", L""}), whole, nullptr},
+        {"an eighth field is ignored", fields({L"1", L"i", L"t", L"T", L"x", L"0", L"", L"x"}), whole, L""},
+        {"blanks and junk around the version", fields({L" 1abc", L"i", L"t", L"T", L"x", L"0", L""}), whole, L""},
+        {"unknown action 7", fields({L"1", L"i", L"t", L"T", L"x", L"7", L""}), whole, L""},
+        {"a terminator ends it", tail + L'\0' + L"\u0001garbage", whole, L"tail"},
+        {"the length ends it in the last field", tail, tail.size() - 2, L"ta"},
+        {"the length ends it before the seventh field", tail, tail.size() - 5, nullptr},
+        {"no length", tail, 0, nullptr},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         toast_request out;
         out.icon_path = L"untouched";
-        EXPECT_EQ(decode(c.payload, out), c.accepted);
-        EXPECT_EQ(out.icon_path, c.accepted ? L"i" : L"untouched") << "a refused request leaves the output alone";
+        const size_t length = std::min(c.length, c.payload.size());
+        EXPECT_EQ(decode_toast_request(c.payload.c_str(), length, out), c.click_arg != nullptr);
+        EXPECT_EQ(out.icon_path, c.click_arg ? L"i" : L"untouched");
+        EXPECT_EQ(out.click_arg, c.click_arg ? c.click_arg : L"");
     }
-}
-
-TEST(tray_toast_ipc, decoding_stops_at_the_terminator_or_the_length) {
-    std::wstring payload = fields({L"1", L"", L"", L"title", L"text", L"0", L"tail"});
-    const std::wstring with_terminator = payload + L'\0' + L"\u0001garbage";
     toast_request out;
-    ASSERT_TRUE(decode_toast_request(with_terminator.c_str(), with_terminator.size(), out));
-    EXPECT_EQ(out.click_arg, L"tail");
-
-    // An unterminated payload cut inside the last field keeps what the length covers.
-    ASSERT_TRUE(decode_toast_request(payload.c_str(), payload.size() - 2, out));
-    EXPECT_EQ(out.click_arg, L"ta");
-    // Cut before the seventh field, it fails.
-    EXPECT_FALSE(decode_toast_request(payload.c_str(), payload.find(L"tail") - 1, out));
     EXPECT_FALSE(decode_toast_request(nullptr, 10, out));
-    EXPECT_FALSE(decode_toast_request(payload.c_str(), 0, out));
 }
 
 TEST(tray_toast_ipc, add_to_index_argument_lists_paths_and_an_optional_leading_subject) {
