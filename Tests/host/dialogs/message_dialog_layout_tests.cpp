@@ -53,6 +53,27 @@ TEST(message_dialog_layout, sizes_at_96_120_and_144_dpi_widened_by_buttons_or_a_
     EXPECT_EQ(size_for(check).client_height, 19 + 2 * (15 + 35) + 30 + 40);
 }
 
+// Buttons sit on the bottom margin from the right, reading OK, No, Cancel; the client area is what the
+// window really got.
+TEST(message_dialog_layout, places_the_controls_that_are_shown) {
+    const struct { const char* name; bool all; children expected; } cases[] = {
+        {"all", true,
+         {{35, 35, 565, 54}, {35, 69, 205, 109}, {35, 135, 65, 165}, {175, 135, 295, 165}, {310, 135, 430, 165},
+          {445, 135, 565, 165}}},
+        {"OK only", false, {{35, 35, 565, 54}, {}, {}, {445, 135, 565, 165}, {}, {}}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        measured m = text_of(19);
+        m.show_cancel = m.show_no = m.show_copy = m.show_check = c.all;
+        const children placed = place(m, size_for(m), 600, 200);
+        for (const auto part : {&children::text, &children::check, &children::copy, &children::ok, &children::no,
+                                &children::cancel}) {
+            EXPECT_EQ(placed.*part, c.expected.*part);
+        }
+    }
+}
+
 TEST(message_dialog_layout, line_ends_become_crlf) {
     EXPECT_EQ(to_crlf(L"a\nb\rc\r\nd"), L"a\r\nb\r\nc\r\nd");
     EXPECT_EQ(to_crlf(L"a\r\r\nb\n\r"), L"a\r\n\r\nb\r\n\r\n");
