@@ -37,6 +37,23 @@ TEST(common_settings_file, reloads_when_the_stamp_moves_either_way_or_when_force
     }
 }
 
+// The settings file itself never fails to load; the rule belongs to every settings file.
+TEST(common_settings_file, a_failed_load_is_tried_again_at_the_next_poll) {
+    struct failing_once final : common::setting_utilities::common_settings_file {
+        using common_settings_file::common_settings_file;
+        bool load() override { return ++loads > 1; }
+        bool save() override { return false; }
+        int loads = 0;
+    };
+    settings_sandbox sandbox;
+    failing_once file(L"Settings", L"High Level Settings", sandbox);
+    settings_sandbox::write(sandbox.user_file(), "{}", 1);
+    EXPECT_EQ((std::vector<bool>{file.reload_if_changed(false), file.reload_if_changed(false),
+                                 file.reload_if_changed(false)}),
+              (std::vector<bool>{false, true, true}));
+    EXPECT_EQ(file.loads, 2);
+}
+
 // Readers on other threads see one whole document or the other while the file is reloaded.
 TEST(common_settings_file, settings_threads_read_whole_documents_while_the_file_reloads) {
     settings_sandbox sandbox;
