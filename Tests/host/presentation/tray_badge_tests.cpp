@@ -10,7 +10,7 @@ TEST(tray_badge, follows_index_then_update_state) {
     const struct { uint32_t index, update; std::optional<uint32_t> colour; } cases[] = {
         {4, 2, std::nullopt}, {4, 1, std::nullopt},  // complete and nothing newer: the plain logo
         {2, 8, gold},                                // the indexing test comes first
-        {8, 2, red},          {4, 4, gold},          {4, 8, red}, {0, 0, red},
+        {8, 2, red},          {4, 4, gold},          {4, 8, red}, {0, 0, red}, {1, 1, red},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(fmt::format("index={} update={}", c.index, c.update));

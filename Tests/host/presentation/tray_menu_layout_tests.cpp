@@ -26,21 +26,22 @@ TEST(tray_menu_layout, seven_items_in_their_order_two_with_dots_and_none_with_a_
 
 TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
     using ui_metrics::rect;
-    const struct { uint32_t dpi; int32_t separator, item_width, item_height, bitmap_x, text_left; rect hover; }
+    const struct { uint32_t dpi; int32_t separator, item_width, item_height, bitmap_x, corner; rect text, hover; }
         cases[] = {
         // Text 100 x 16, no bitmap: column 16, width 16 + 24 + 12 + 12 + 100, height 16 + 10.
-        {96, 9, 164, 26, 12, 12 + 16 + 12, {4, 32, 196, 54}},
-        {120, 11, 20 + 30 + 15 + 15 + 100, 20 + 13, 15 + 2, 15 + 20 + 15, {5, 33, 195, 53}},
+        {96, 9, 164, 26, 12, 8, {12 + 16 + 12, 30, 188, 56}, {4, 32, 196, 54}},
+        {120, 11, 20 + 30 + 15 + 15 + 100, 20 + 13, 15 + 2, 10, {15 + 20 + 15, 30, 185, 56}, {5, 33, 195, 53}},
         // MulDiv(9, 144, 96) is 13.5, rounded up; a 16-pixel dot is centred in the 24-pixel column.
-        {144, 14, 24 + 36 + 18 + 18 + 100, 24 + 15, 18 + 4, 18 + 24 + 18, {6, 33, 194, 53}},
+        {144, 14, 24 + 36 + 18 + 18 + 100, 24 + 15, 18 + 4, 12, {18 + 24 + 18, 30, 182, 56}, {6, 33, 194, 53}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(fmt::format("dpi={}", c.dpi));
         EXPECT_EQ(measure_separator(c.dpi), (item_size{0, c.separator}));
         EXPECT_EQ(measure_item(c.dpi, 100, 16, 0), (item_size{c.item_width, c.item_height}));
         const item_geometry g = geometry(c.dpi, {0, 30, 200, 56}, 16, 16);
-        EXPECT_EQ(g.bitmap_x, c.bitmap_x);
-        EXPECT_EQ(g.text.left, c.text_left);
+        EXPECT_EQ(std::pair(g.bitmap_x, g.bitmap_y), std::pair(c.bitmap_x, 30 + 5));
+        EXPECT_EQ(g.corner, c.corner);
+        EXPECT_EQ(g.text, c.text);
         EXPECT_EQ(g.hover, c.hover);
     }
     // A bitmap wider than the column widens it; a tall text sets the height; the line halves the item.
@@ -61,8 +62,9 @@ TEST(tray_menu_layout, font_from_size_weight_and_family) {
         cases[] = {
         {"31 characters still fit", {32, thirty_one, "Light"}, 96, false, {-32, 300, thirty_one}},
         {"32 characters count as none", {100, thirty_two, "Semibold"}, 96, true, {-32, 600, variable}},
-        {"no family, no variable text", {INT64_MAX, L"", "SemiBold"}, 120, false, {-40, 400, std::nullopt}},
-        {"clamped to 8, then scaled", {-5, L"", "bold"}, 144, true, {-12, 400, variable}},
+        {"no family, no variable text", {INT64_MAX, L"", "Medium"}, 120, false, {-40, 500, std::nullopt}},
+        {"too long, no variable text", {12, thirty_two, "Bold"}, 96, false, {-12, 700, std::nullopt}},
+        {"clamped to 8, then scaled; weights match exactly", {-5, L"", "bold"}, 144, true, {-12, 400, variable}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
