@@ -29,3 +29,9 @@ TEST(settings_app, failure_texts_name_the_path_the_reason_and_the_code) {
     EXPECT_EQ(format_launch_failure_text(path, 1260, L"x").rfind(L"Windows blocked", 0), 0u);
     EXPECT_EQ(open_tab_arguments("context-menu-replacement"), L"--open-tab=context-menu-replacement");
 }
+
+TEST(settings_app, only_an_unpackaged_tray_that_is_not_elevated_starts_the_app_itself) {
+    EXPECT_FALSE(start_through_shell(false, false));
+    EXPECT_TRUE(start_through_shell(true, false));
+    EXPECT_TRUE(start_through_shell(false, true));
+}
