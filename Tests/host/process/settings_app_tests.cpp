@@ -5,9 +5,9 @@
 using namespace settings_app;
 
 TEST(settings_app, application_control_codes_change_the_text_and_the_log_suffix) {
-    const struct { uint32_t error; bool control; } cases[] = {{2, false},   {5, false},   {1260, true}, {4551, true},
-                                                              {4556, true}, {4559, true}, {4560, false}, {4580, true},
-                                                              {4582, true}, {4583, false}};
+    const struct { uint32_t error; bool control; } cases[] = {
+        {0, false},    {2, false},    {5, false},    {1260, true},  {4551, true}, {4556, true}, {4557, true},
+        {4558, true},  {4559, true},  {4560, false}, {4580, true},  {4581, true}, {4582, true}, {4583, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "error " << c.error);
         EXPECT_EQ(is_application_control_error(c.error), c.control);
