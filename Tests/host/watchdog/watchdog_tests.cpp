@@ -91,13 +91,13 @@ TEST(watchdog, reports_a_hang_once_dumps_at_most_every_ten_minutes_and_reports_t
         {{"12 s stall", {{1500, 13500}}, {}, 20000, 0}, {hang(10000), "dump", back(12000)}, 9},
         // Under Wine a dump takes seconds; the recovery is seen at the first tick after it.
         {{"12 s stall, a 7 s dump", {{1500, 13500}}, {}, 25000, 7000}, {hang(10000), "dump", back(18000)}, 8},
-        {{"two hangs five minutes apart", {{1500, 13500}, {301500, 313500}}, {}, 320000, 0},
+        {{"two hangs five minutes apart", {{301500, 313500}, {601500, 613500}}, {}, 620000, 0},
          {hang(10000), "dump", back(12000), hang(10000), back(12000)},
-         320 - 2 * 11},
+         620 - 2 * 11},
         {{"two hangs ten minutes apart", {{1500, 13500}, {601500, 613500}}, {}, 620000, 0},
          {hang(10000), "dump", back(12000), hang(10000), "dump", back(12000)},
          620 - 2 * 11},
-        {{"posts fail for 14 s", {}, {{1000, 15000}}, 20000, 0}, {}, 20},
+        {{"posts fail for 14 s after two answers", {}, {{3000, 17000}}, 20000, 0}, {}, 20},
         {{"stop during the first second", {}, {}, 999, 0}, {}, 0},
     };
     for (const auto& c : cases) {
