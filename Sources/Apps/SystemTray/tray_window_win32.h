@@ -11,6 +11,7 @@
 #include "tray_messages.h"
 #include "tray_timings.h"
 #include "tray_toasts_win32.h"
+#include "watchdog/ui_watchdog_win32.h"
 
 #include <cstdint>
 #include <vector>
