@@ -34,3 +34,12 @@ add_test(NAME win32_desktop_road
          COMMAND "${CMAKE_SOURCE_DIR}/scripts/wine_test" "${desktop_road_state}" "$<TARGET_FILE:veldrake_win32_tests>"
                  --gtest_also_run_disabled_tests "--gtest_filter=*.DISABLED_desktop_road*")
 set_tests_properties(win32_desktop_road PROPERTIES FIXTURES_REQUIRED wine_desktop_road LABELS win32 TIMEOUT 120 RUN_SERIAL ON)
+
+# Windows Search's manager as an in-process COM server, registered by the tests that need it.
+add_library(search_manager_double SHARED
+    "${CMAKE_SOURCE_DIR}/Tests/doubles/search_manager/search_manager_double_win32.cpp"
+    "${CMAKE_SOURCE_DIR}/Tests/doubles/search_manager/search_manager_double.def")
+target_include_directories(search_manager_double PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
+target_link_libraries(search_manager_double PRIVATE ole32 advapi32)
+set_target_properties(search_manager_double PROPERTIES PREFIX "")
+add_dependencies(veldrake_e2e_tests search_manager_double)

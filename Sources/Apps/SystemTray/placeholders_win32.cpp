@@ -8,17 +8,13 @@ void tray_window::show_update_complete_toast() {}
 void tray_window::refresh_mic_state_async() {}
 void tray_window::toggle_microphone_mute() {}
 void tray_window::remove_microphone_icon() {}
-void tray_window::update_namespace_root_icon() {}
 void tray_window::apply_microphone_settings() {}
-void tray_window::on_index_counts(WPARAM, LPARAM) {}
 void tray_window::on_mic_state(WPARAM, LPARAM) {}
 void tray_window::on_update() {}
-// Sampling and the version check clear their in-flight flags with their result messages; until
-// they exist, the flags stay set after the first tick and nothing more is started.
-void tray_window::start_index_sample_thread() {}
+// The version check clears its in-flight flag with its result message; until it exists, the flag
+// stays set after the first tick and nothing more is started.
 void tray_window::start_version_check_thread() {}
 void tray_window::start_update_install() {}
-void tray_window::maybe_prompt_index_stall() {}
 void tray_window::start_reconcile() {}
 void tray_window::launch_hotkey_handler() {}
 void tray_window::start_shell_handler_repair() {}

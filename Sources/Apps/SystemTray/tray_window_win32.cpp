@@ -9,11 +9,6 @@
 #include "platform/sdk_gaps_win32.h"
 #include "platform/theme_win32.h"
 
-namespace {
-constexpr WPARAM PBT_RESUME_SUSPEND = 7;     // PBT_APMRESUMESUSPEND
-constexpr WPARAM PBT_RESUME_AUTOMATIC = 18;  // PBT_APMRESUMEAUTOMATIC
-}  // namespace
-
 tray_window::~tray_window() {
     mute_monitor.stop();
     watchdog.stop_watchdog();
@@ -38,7 +33,7 @@ LRESULT tray_window::process_message(UINT message, WPARAM w, LPARAM l, bool& han
         case WM_WATCHDOG_PING: watchdog.on_ping(); return 0;
         case WM_SHUTDOWN_DONE: DestroyWindow(hwnd()); return 0;
         case WM_MIC_STATE: on_mic_state(w, l); return 0;
-        case WM_NAMESPACE_ICON_RETRY: namespace_icon_applied = 0; return 0;
+        case WM_NAMESPACE_ICON_RETRY: index.namespace_icon_applied = 0; return 0;
         case WM_MEASUREITEM: handled = on_measure_item(*reinterpret_cast<MEASUREITEMSTRUCT*>(l)); return TRUE;
         case WM_DRAWITEM: handled = on_draw_item(*reinterpret_cast<const DRAWITEMSTRUCT*>(l)); return TRUE;
         case WM_START_DOWNLOAD: start_update_install(); return 0;
@@ -112,8 +107,8 @@ void tray_window::on_destroy() {
 void tray_window::on_timer(UINT_PTR id) {
     switch (id) {
         case TIMER_INDEX_POLL:
-            if (!sampling_in_flight) {
-                sampling_in_flight = true;
+            if (!index.sampling_in_flight) {
+                index.sampling_in_flight = true;
                 start_index_sample_thread();
             }
             SetTimer(hwnd(), TIMER_INDEX_POLL, index_poll_ms, nullptr);
@@ -173,11 +168,7 @@ LRESULT tray_window::on_copy_data(const COPYDATASTRUCT* copy_data) {
 }
 
 LRESULT tray_window::on_power_event(WPARAM event) {
-    if (event == PBT_RESUME_SUSPEND || event == PBT_RESUME_AUTOMATIC) {
-        // Time asleep is no stall: the stall clock starts again.
-        progress_baseline_ms = active_time_ms();
-        prompt_shown = false;
-    }
+    index_watch::on_power_event(index, static_cast<uint32_t>(event), active_time_ms());
     return TRUE;
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "index_watch/index_status.h"
 #include "placeholders_win32.h"
 #include "platform/gdiplus_session_win32.h"
 #include "platform/unique_resource_win32.h"
@@ -97,21 +98,14 @@ private:
     gdiplus_session gdiplus;
     unique_hicon main_icon;
     UINT taskbar_created_message = 0;
-    uint32_t indexing_status = 4;  // index_status_complete
-    bool sampling_in_flight = false;
+    index_watch::tray_state index;  // indexing_status, the stall detector, namespace_icon_applied
     bool version_check_in_flight = false;
     bool menu_open = false;
-    uint32_t namespace_icon_applied = 0;
     uint32_t update_status = 2;  // up to date
     bool download_toast_shown = false;
     bool update_notice_pending = false;
     bool dark_mode = false;
     tray_clicks::state clicks;  // single_click_pending, click_point, click_point_valid, swallow_next_click
-    int32_t last_items_to_index = -1;
-    uint32_t last_total_items = 0;
-    uint64_t progress_baseline_ms = 0;
-    bool prompt_shown = false;
-    bool prompt_open = false;
     toast_dispatcher toasts{tray_toast_platform()};
     ui_watchdog watchdog;
     microphone_mute::mute_monitor mute_monitor;

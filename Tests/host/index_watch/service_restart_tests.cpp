@@ -8,7 +8,7 @@ namespace {
 
 struct script {
     bool opens = true;
-    uint32_t stop = 0, start = 0;
+    uint32_t stop = 0, stop_state = 0, start = 0;
     std::vector<std::optional<uint32_t>> states{1};  // query answers in turn; the last one repeats
     search_service_port::elevated_start launch{.launched = true, .has_process = true};
     search_service_port::elevated_end end{.ended = true};
@@ -19,7 +19,7 @@ struct scripted_port final : search_service_port, script {
     explicit scripted_port(const script& s) : script(s) {}
     template <class T> T note(const std::string& call, T answer) { return calls += call + " ", answer; }
     bool open_service() override { return note("open", opens); }
-    uint32_t stop_service() override { return note("stop", stop); }
+    uint32_t stop_service(uint32_t& state) override { return state = stop_state, note("stop", stop); }
     std::optional<uint32_t> query_state() override { return note("query", states[std::min(queries++, states.size() - 1)]); }
     uint32_t start_service() override { return note("start", start); }
     void close_service() override { note("close", 0); }
@@ -38,6 +38,7 @@ TEST(service_restart, tries_the_service_manager_then_the_elevated_command_and_te
     const std::string started = "start close close-manager ", elevated = "elevated wait60000 close-manager ";
     const struct { const char* name; script s; std::string seen; } cases[] = {
         {"a stopped service: one pause, one query", {.stop = 1062}, "ok: open stop " + polls(1) + started},
+        {"stopped at once: no pause", {.stop_state = 1}, "ok: open stop " + started},
         {"it never stops; already running counts", {.start = 1056, .states = {3}}, "ok: open stop " + polls(60) + started},
         {"no rights: elevated at once", {.opens = false}, "ok: open " + elevated},
         {"a refused stop", {.stop = 5}, "ok: open stop close " + elevated},

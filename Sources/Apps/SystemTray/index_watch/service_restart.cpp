@@ -15,14 +15,14 @@ constexpr uint32_t elevated_wait_ms = 60000;
 
 // Leaves the service handle open only on success; the manager stays open for the elevated road.
 bool restart_directly(search_service_port& port) {
-    const uint32_t stop_error = port.stop_service();
+    uint32_t state = 0;
+    const uint32_t stop_error = port.stop_service(state);
     if (stop_error != 0 && stop_error != ERROR_SERVICE_NOT_ACTIVE) {
         logging::log(log_severity::error, "restart_search_service: ControlService stop failed. Error={}", stop_error);
         port.close_service();
         return false;
     }
-    // The state starts as in a zeroed status; running out of polls or a failed query still tries the start.
-    uint32_t state = 0;
+    // Running out of polls or a failed query still tries the start.
     for (int poll = 0; state != SERVICE_STOPPED && poll < most_polls; ++poll) {
         port.sleep_ms(poll_pause_ms);
         const std::optional<uint32_t> queried = port.query_state();

@@ -18,7 +18,8 @@ struct search_service_port {
 
     // Direct road. open_service(): the manager and the service; false when either cannot be opened.
     virtual bool open_service() = 0;
-    virtual uint32_t stop_service() = 0;               // 0 or the error
+    // 0 or the error; `state` gets dwCurrentState of the status that the call filled (zeroed before).
+    virtual uint32_t stop_service(uint32_t& state) = 0;
     virtual std::optional<uint32_t> query_state() = 0;  // dwCurrentState, nothing when the query fails
     virtual uint32_t start_service() = 0;              // 0 or the error
     virtual void close_service() = 0;                  // the service handle

@@ -1,0 +1,147 @@
+#include "common/test_registry_win32.h"
+#include "doubles/search_manager/search_manager_double.h"
+#include "doubles/sibling_doubles_win32.h"
+#include "e2e/tray_harness_win32.h"
+#include "e2e/tray_presentation_desktop_win32.h"
+#include "platform/scope_exit.h"
+#include "platform/string_conversion.h"
+#include "tray_messages.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace e2e;
+
+namespace {
+
+const std::wstring search_manager_class = L"Software\\Classes\\CLSID\\{7D096C5F-AC08-4F1F-BEB7-5C22C517CE39}";
+const std::wstring namespace_class = L"Software\\Classes\\CLSID\\{249AE234-08DF-4686-AAF3-5D80A15493BE}";
+const std::wstring dll_overrides = L"Software\\Wine\\DllOverrides";
+
+std::filesystem::path system_powershell() {
+    wchar_t folder[MAX_PATH] = {};
+    GetSystemDirectoryW(folder, MAX_PATH);
+    // Where Wine puts it, on the search path.
+    return std::filesystem::path(folder) / L"WindowsPowerShell\\v1.0\\powershell.exe";
+}
+
+std::wstring window_text(HWND window) {
+    wchar_t text[2048] = {};
+    SendMessageW(window, WM_GETTEXT, 2048, reinterpret_cast<LPARAM>(text));
+    return text;
+}
+
+// The body of a message dialog: in an edit when it scrolls, else in a static.
+std::wstring dialog_body(HWND dialog) {
+    HWND body = FindWindowExW(dialog, nullptr, L"Edit", nullptr);
+    if (!body) body = FindWindowExW(dialog, nullptr, L"Static", nullptr);
+    return body ? window_text(body) : L"";
+}
+
+// The index watch of the short-timers tray: a sample every 2 s and a stall limit of one minute.
+class index_watch_tray : public tray_test {
+protected:
+    void SetUp() override {
+        tray_test::SetUp();
+        test_registry::delete_tree(HKEY_CURRENT_USER, namespace_class);
+        set_counts(0, 1000);
+    }
+    void TearDown() override {
+        tray_test::TearDown();
+        test_registry::delete_tree(HKEY_LOCAL_MACHINE, search_manager_class);
+        test_registry::delete_tree(HKEY_CURRENT_USER, SEARCH_MANAGER_DOUBLE_KEY);
+        test_registry::delete_tree(HKEY_CURRENT_USER, namespace_class);
+    }
+    static void set_counts(uint32_t items_to_index, uint32_t total_items) {
+        test_registry::set_dword(HKEY_CURRENT_USER, SEARCH_MANAGER_DOUBLE_KEY, L"ItemsToIndex", items_to_index);
+        test_registry::set_dword(HKEY_CURRENT_USER, SEARCH_MANAGER_DOUBLE_KEY, L"TotalItems", total_items);
+    }
+    // Wine does not merge the per-user classes into HKEY_CLASSES_ROOT: the machine's it is.
+    static void register_search_manager() {
+        const std::wstring server = search_manager_class + L"\\InprocServer32";
+        test_registry::set_string(HKEY_LOCAL_MACHINE, server, nullptr,
+                                  (this_program().parent_path() / L"search_manager_double.dll").wstring());
+        test_registry::set_string(HKEY_LOCAL_MACHINE, server, L"ThreadingModel", L"Both");
+    }
+    // Whether the root node shows `tip` with the icon file `icon` from beside the tray.
+    bool namespace_shows(const std::wstring& tip, const wchar_t* icon) const {
+        const std::wstring path = (short_timers_tray_exe().parent_path() / L"Content\\Icons" / icon).wstring() + L",0";
+        return poll_until([&] {
+            return test_registry::get_string(HKEY_CURRENT_USER, namespace_class, L"InfoTip") == tip &&
+                   test_registry::get_string(HKEY_CURRENT_USER, namespace_class + L"\\DefaultIcon", nullptr) == path;
+        });
+    }
+    // A dialog of the tray once one shows, after `gone` has closed.
+    HWND wait_for_dialog(std::chrono::milliseconds timeout, HWND gone = nullptr) const {
+        EXPECT_TRUE(poll_until([&] { return !IsWindow(gone); }));
+        std::vector<HWND> dialogs;
+        poll_until([&] { return !(dialogs = windows_of(tray->process().id(), L"#32770")).empty(); }, timeout);
+        return dialogs.empty() ? nullptr : dialogs.front();
+    }
+    std::optional<running_tray> tray;
+};
+
+}  // namespace
+
+// Without Windows Search the status is unavailable; with the manager double, its counts decide. Five
+// items that do not move for the limit give the prompt once; a move allows a second one, whose
+// "Restart" runs the elevated command, and its exit code 1 shows the failure.
+TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_then_restarts_elevated) {
+    const auto powershell = system_powershell(), original = fresh_folder(L"powershell") / L"powershell.exe";
+    std::filesystem::copy_file(powershell, original);
+    sibling_doubles::install_copy(powershell);
+    test_registry::set_string(HKEY_CURRENT_USER, dll_overrides, L"powershell.exe", L"native");
+    const auto record = fresh_folder(L"powershell-runs") / L"record.txt";
+    sibling_doubles::control(powershell, record, 1);
+    const scope_exit restore([&] {
+        test_registry::delete_value(HKEY_CURRENT_USER, dll_overrides, L"powershell.exe");
+        sibling_doubles::remove_control(powershell);
+        CopyFileW(original.c_str(), powershell.c_str(), FALSE);
+    });
+
+    const log_mark log(tray_log_file());
+    tray.emplace(true, short_timers_tray_exe());
+    ASSERT_NE(tray->window(), nullptr);
+    EXPECT_TRUE(namespace_shows(L"Windows Search indexing status is unavailable.", L"tessary_indexing-problem.ico"));
+    const std::vector<std::string> failed = {
+        "[ERROR] get_items_to_index_count: Failed to create ISearchManager. HRESULT=-2147221164",
+        "[ERROR] get_total_items_in_index_count: Failed to create ISearchManager. HRESULT=-2147221164"};
+    const auto lines = log.messages();
+    EXPECT_TRUE(std::search(lines.begin(), lines.end(), failed.begin(), failed.end()) != lines.end());
+
+    register_search_manager();
+    EXPECT_TRUE(namespace_shows(L"Windows Search indexing is complete.", L"tessary_indexing-complete.ico"));
+    set_counts(5, 1000);
+    EXPECT_TRUE(namespace_shows(L"Windows Search indexing is in progress.", L"tessary_indexing-in-progress.ico"));
+    HWND prompt = wait_for_dialog(std::chrono::seconds(90));
+    ASSERT_NE(prompt, nullptr) << "no prompt after a minute without progress";
+    EXPECT_TRUE(namespace_shows(L"Windows Search indexing appears to be stuck.", L"tessary_indexing-problem.ico"));
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    EXPECT_TRUE(desktop::find_colour({width / 2, height - 24, width, height}, 0xFF0000, 40)) << "the red badge";
+    desktop::keep_picture(L"index-stuck-prompt", {0, 0, width, height});
+    EXPECT_NE(dialog_body(prompt).find(L": 5 item(s) are waiting to be indexed and no progress has been made in the "
+                                       L"last 1 minute of active use."),
+              std::wstring::npos)
+        << to_utf8(dialog_body(prompt));
+    EXPECT_EQ(window_text(GetDlgItem(prompt, IDOK)), L"Restart");
+    EXPECT_EQ(window_text(GetDlgItem(prompt, IDCANCEL)), L"Not now");
+    PostMessageW(GetDlgItem(prompt, IDCANCEL), BM_CLICK, 0, 0);
+    EXPECT_FALSE(wait_for_dialog(std::chrono::seconds(8), prompt)) << "Not now: no second prompt for the same stall";
+
+    set_counts(6, 1000);  // a move: the next stall prompts again
+    prompt = wait_for_dialog(std::chrono::seconds(90));
+    ASSERT_NE(prompt, nullptr);
+    EXPECT_NE(dialog_body(prompt).find(L": 6 item(s)"), std::wstring::npos);
+    PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
+    const HWND failure = wait_for_dialog(std::chrono::seconds(20), prompt);
+    ASSERT_NE(failure, nullptr) << "no failure dialog after exit code 1";
+    EXPECT_EQ(dialog_body(failure),
+              L"The Windows Search service could not be restarted. You can restart it manually from the Services app "
+              L"(services.msc) or by restarting your computer.");
+    const auto runs = sibling_doubles::read_records(record);
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_NE(runs[0].command_line.find(L"-NoProfile -WindowStyle Hidden -Command \"Restart-Service -Name WSearch -Force\""),
+              std::wstring::npos) << to_utf8(runs[0].command_line);
+    PostMessageW(GetDlgItem(failure, IDOK), BM_CLICK, 0, 0);
+}
