@@ -18,9 +18,7 @@ std::vector<std::filesystem::path> hang_dumps_to_delete(std::vector<folder_entry
         return !e.path.filename().wstring().starts_with(L"Tray hang ") || e.path.extension().wstring() != L".dmp";
     });
     // An unset optional orders before every time: unreadable files go first.
-    std::sort(entries.begin(), entries.end(), [](const folder_entry& a, const folder_entry& b) {
-        return std::tie(a.written, a.path) < std::tie(b.written, b.path);
-    });
+    std::ranges::sort(entries, {}, [](const folder_entry& e) { return std::tie(e.written, e.path); });
     std::vector<std::filesystem::path> doomed;
     for (size_t i = 0; i + HANG_DUMPS_KEPT < entries.size(); ++i) doomed.push_back(entries[i].path);
     return doomed;
