@@ -11,7 +11,7 @@ add_link_options(-static -municode)
 # holds both.
 target_sources(veldrake_core PRIVATE ${veldrake_win32_sources})
 target_link_libraries(veldrake_core PUBLIC
-    user32 gdi32 gdiplus shell32 shlwapi ole32 oleaut32 uuid advapi32 dwmapi comctl32 uxtheme)
+    user32 gdi32 gdiplus shell32 shlwapi ole32 oleaut32 uuid advapi32 dwmapi comctl32 uxtheme wininet urlmon)
 
 configure_file("${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources/system_tray.rc.in"
                "${CMAKE_BINARY_DIR}/generated/system_tray.rc" @ONLY)

@@ -11,6 +11,7 @@
 #include "tray_messages.h"
 #include "tray_timings.h"
 #include "tray_toasts_win32.h"
+#include "updates/update_download.h"
 
 #include <cstdint>
 #include <vector>
@@ -98,12 +99,9 @@ private:
     UINT taskbar_created_message = 0;
     uint32_t indexing_status = 4;  // index_status_complete
     bool sampling_in_flight = false;
-    bool version_check_in_flight = false;
     bool menu_open = false;
     uint32_t namespace_icon_applied = 0;
-    uint32_t update_status = 2;  // up to date
-    bool download_toast_shown = false;
-    bool update_notice_pending = false;
+    updates::tray_state updates;  // version_check_in_flight, update_status, download_toast_shown, update_notice_pending
     bool dark_mode = false;
     tray_clicks::state clicks;  // single_click_pending, click_point, click_point_valid, swallow_next_click
     int32_t last_items_to_index = -1;
