@@ -10,11 +10,13 @@ endforeach()
 
 # One double stands in for every sibling program: copies of it lie beside the tray under the suite's
 # names; tests put further copies where they need them.
-set(copy_commands)
+set(copy_commands COMMAND "${CMAKE_COMMAND}" -E make_directory "${veldrake_short_timers_bin}")
 foreach(sibling_name Veldrake.exe Veldrake.ContextMenuReplacement.Controller.exe Veldrake.HotkeyHandler.exe
                      Tessary.Common.BatchProcessor.exe)
-    list(APPEND copy_commands COMMAND "${CMAKE_COMMAND}" -E copy_if_different "$<TARGET_FILE:sibling_double>"
-         "${veldrake_bin}/${sibling_name}")
+    foreach(folder "${veldrake_bin}" "${veldrake_short_timers_bin}")
+        list(APPEND copy_commands COMMAND "${CMAKE_COMMAND}" -E copy_if_different "$<TARGET_FILE:sibling_double>"
+             "${folder}/${sibling_name}")
+    endforeach()
 endforeach()
 add_custom_command(TARGET sibling_double POST_BUILD ${copy_commands} COMMENT "Sibling-program doubles beside the tray")
 add_dependencies(veldrake_win32_tests sibling_double veldrake_content)

@@ -5,6 +5,11 @@ file(GLOB_RECURSE veldrake_all_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/So
 set(veldrake_core_sources ${veldrake_all_sources})
 list(FILTER veldrake_core_sources EXCLUDE REGEX "_(win32|host)\\.cpp$")
 
+# Built-in constants that the end-to-end tier changes: each exe compiles them itself, so that a second
+# exe differs from the shipped one in these objects alone.
+set(veldrake_per_exe_sources "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/tray_timings.cpp")
+list(REMOVE_ITEM veldrake_core_sources ${veldrake_per_exe_sources})
+
 set(veldrake_host_sources ${veldrake_all_sources})
 list(FILTER veldrake_host_sources INCLUDE REGEX "_host\\.cpp$")
 

@@ -15,19 +15,37 @@ target_link_libraries(veldrake_core PUBLIC
 
 configure_file("${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources/system_tray.rc.in"
                "${CMAKE_BINARY_DIR}/generated/system_tray.rc" @ONLY)
-add_executable(Veldrake.SystemTray WIN32
+# The entry point and the resources, shared by the shipped exe and the short-timers one.
+add_library(veldrake_tray_entry OBJECT
     "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/system_tray_main_win32.cpp"
     "${CMAKE_BINARY_DIR}/generated/system_tray.rc")
-target_include_directories(Veldrake.SystemTray PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources")
+target_include_directories(veldrake_tray_entry PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources")
+target_link_libraries(veldrake_tray_entry PRIVATE veldrake_core)
+
+# VELDRAKE_SHORT_TIMERS=ON gives the tray itself the test timings; shipped builds leave it off.
+option(VELDRAKE_SHORT_TIMERS "Build Veldrake.SystemTray.exe with the end-to-end tier's short timers" OFF)
+add_executable(Veldrake.SystemTray WIN32 $<TARGET_OBJECTS:veldrake_tray_entry> ${veldrake_per_exe_sources})
 target_link_libraries(Veldrake.SystemTray PRIVATE veldrake_core)
+if(VELDRAKE_SHORT_TIMERS)
+    target_compile_definitions(Veldrake.SystemTray PRIVATE VELDRAKE_SHORT_TIMERS)
+endif()
 set_target_properties(Veldrake.SystemTray PROPERTIES OUTPUT_NAME "Veldrake.SystemTray")
 # Symbols stay in the build tree's objects; the shipped exe carries none.
 target_link_options(Veldrake.SystemTray PRIVATE $<$<CONFIG:Release>:-s>)
 
-# The suite's data files lie beside the exe, in the run layout and in the test layout alike.
+# The same tray with short timers, for the end-to-end tier: only the per-exe sources are compiled again.
+set(veldrake_short_timers_bin "${CMAKE_BINARY_DIR}/short-timers")
+add_executable(veldrake_short_timers_tray WIN32 $<TARGET_OBJECTS:veldrake_tray_entry> ${veldrake_per_exe_sources})
+target_link_libraries(veldrake_short_timers_tray PRIVATE veldrake_core)
+target_compile_definitions(veldrake_short_timers_tray PRIVATE VELDRAKE_SHORT_TIMERS)
+set_target_properties(veldrake_short_timers_tray PROPERTIES OUTPUT_NAME "Veldrake.SystemTray"
+                      RUNTIME_OUTPUT_DIRECTORY "${veldrake_short_timers_bin}")
+
+# The suite's data files lie beside each exe, in the run layout and in the test layouts alike.
 add_custom_target(veldrake_content ALL
     COMMAND "${CMAKE_COMMAND}" -E copy_directory "${CMAKE_SOURCE_DIR}/Content" "${veldrake_bin}/Content"
-    COMMENT "Content beside the exe")
+    COMMAND "${CMAKE_COMMAND}" -E copy_directory "${CMAKE_SOURCE_DIR}/Content" "${veldrake_short_timers_bin}/Content"
+    COMMENT "Content beside the exes")
 
 # GoogleTest, compiled from Debian's sources with mingw.
 set(gtest_disable_pthreads ON CACHE BOOL "" FORCE)
@@ -45,7 +63,7 @@ veldrake_wine_test_exe(veldrake_core_tests ${veldrake_core_test_sources} "${CMAK
 veldrake_wine_test_exe(veldrake_win32_tests ${veldrake_win32_test_sources})
 # The log-sharing test writes through a second process: this same program.
 veldrake_wine_test_exe(veldrake_e2e_tests ${veldrake_e2e_test_sources})
-add_dependencies(veldrake_e2e_tests Veldrake.SystemTray veldrake_content)
+add_dependencies(veldrake_e2e_tests Veldrake.SystemTray veldrake_short_timers_tray veldrake_content)
 
 include(doubles)
 

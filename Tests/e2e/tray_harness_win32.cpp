@@ -20,6 +20,10 @@ const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
 
 std::filesystem::path tray_exe() { return this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
 
+std::filesystem::path short_timers_tray_exe() {
+    return this_program().parent_path().parent_path() / L"short-timers" / L"Veldrake.SystemTray.exe";
+}
+
 std::filesystem::path tray_data_root() { return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"System Tray"; }
 
 std::filesystem::path tray_log_file() {
@@ -48,8 +52,8 @@ void tray_test::TearDown() {
     reset_tray_state();
 }
 
-recorded_runs::recorded_runs(const wchar_t* program)
-    : program_(tray_exe().parent_path() / program), record_(fresh_folder(L"runs") / L"record.txt") {
+recorded_runs::recorded_runs(const wchar_t* program, const std::filesystem::path& folder)
+    : program_(folder / program), record_(fresh_folder(L"runs") / L"record.txt") {
     sibling_doubles::control(program_, record_);
 }
 
@@ -68,7 +72,8 @@ std::vector<std::vector<std::wstring>> recorded_runs::wait(size_t count) const {
     return arguments;
 }
 
-running_tray::running_tray(bool expect_window) : process_(child_process::start(tray_exe())) {
+running_tray::running_tray(bool expect_window, const std::filesystem::path& exe)
+    : process_(child_process::start(exe)) {
     if (!expect_window) return;
     // The tray's window is hidden.
     std::vector<HWND> found;

@@ -17,6 +17,8 @@ namespace e2e {
 using namespace test_support;
 
 std::filesystem::path tray_exe();
+// The same tray with the short timers of the test build, in a folder of its own with its siblings.
+std::filesystem::path short_timers_tray_exe();
 // LocalAppData\Kestrane\Veldrake\System Tray: everything the tray keeps of its own.
 std::filesystem::path tray_data_root();
 // Today's log file, named as the tray names it.
@@ -37,7 +39,7 @@ protected:
 // While it lives, the sibling double `program` beside the tray records its runs in a file of its own.
 class recorded_runs {
 public:
-    explicit recorded_runs(const wchar_t* program);
+    explicit recorded_runs(const wchar_t* program, const std::filesystem::path& folder = tray_exe().parent_path());
     ~recorded_runs();
     // The arguments after the program of each run, once `count` runs are recorded (fewer after a timeout).
     std::vector<std::vector<std::wstring>> wait(size_t count = 1) const;
@@ -49,7 +51,7 @@ private:
 class running_tray {
 public:
     // Starts the tray; when `expect_window` is set, waits for its window.
-    explicit running_tray(bool expect_window = true);
+    explicit running_tray(bool expect_window = true, const std::filesystem::path& exe = tray_exe());
     // A tray still running at the end is closed, then terminated if it does not go.
     ~running_tray();
 

@@ -82,6 +82,16 @@ TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_pr
     maintenance.terminate();
 }
 
+// The test build says what it is right after its first line; the shipped one writes a single line.
+TEST_F(tray_process, short_timers_build_says_so_after_its_first_line) {
+    running_tray tray(true, short_timers_tray_exe());
+    ASSERT_NE(tray.window(), nullptr);
+    const auto lines = read_lines(tray_log_file());
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_TRUE(lines[1].ends_with("[WARNING] Short timers: this build is for tests")) << lines[1];
+    EXPECT_EQ(tray.close(), 0u);
+}
+
 TEST_F(tray_process, unopenable_log_file_leaves_it_running_and_answering) {
     std::filesystem::create_directories(tray_log_file());  // a directory where the file would be
     running_tray tray;

@@ -4,9 +4,11 @@
 #include "explorer/explorer_start_monitor_win32.h"
 #include "installer_gate_win32.h"
 #include "logging/log_file_win32.h"
+#include "logging/log.h"
 #include "platform/com_ptr_win32.h"
 #include "platform/unique_resource_win32.h"
 #include "tray_messages.h"
+#include "tray_timings.h"
 #include "tray_window_win32.h"
 
 namespace {
@@ -32,6 +34,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     if (GetLastError() == ERROR_ALREADY_EXISTS) return 0;
 
     start_process_log(LOG_SUBJECT);
+    if (TRAY_TIMINGS.for_tests) logging::log(log_severity::warning, "Short timers: this build is for tests");
     set_process_app_user_model_id();
     const com_scope com;
     allow_dark_mode();

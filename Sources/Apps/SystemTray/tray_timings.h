@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The intervals and thresholds of the tray window. Shipped builds have the real ones; a build for the
-// end-to-end tests compiles tray_timings.cpp again with short ones, and nothing else changes.
+// The intervals and thresholds of the tray window. Shipped builds have the real ones; the end-to-end
+// tier links a second exe whose only difference is tray_timings.cpp compiled with VELDRAKE_SHORT_TIMERS.
 struct tray_timings {
     uint32_t settings_poll_ms;
     uint32_t index_first_poll_ms;
@@ -11,6 +11,7 @@ struct tray_timings {
     uint64_t stall_threshold_ms;
     uint32_t version_first_check_ms;
     uint32_t version_check_ms;
+    bool for_tests;  // such an exe says so in its log
 };
 
 extern const tray_timings TRAY_TIMINGS;
