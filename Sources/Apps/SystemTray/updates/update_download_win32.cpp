@@ -86,10 +86,12 @@ std::wstring download_installer() {
         DispatchMessageW(&message);
     }
     downloader.join();
+    // Read before the window goes: its end counts as a cancel for a download still running.
+    const bool cancelled = dialog.cancelled.load();
     DestroyWindow(job.dialog);
 
     const std::filesystem::path temporary(job.temporary);
-    if (FAILED(job.result) || dialog.cancelled.load()) {
+    if (FAILED(job.result) || cancelled) {
         if (std::filesystem::exists(temporary)) std::filesystem::remove(temporary);
         return {};
     }
