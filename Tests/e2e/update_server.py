@@ -5,7 +5,7 @@
 
 Writes its process id to PID_FILE once it listens, so that the test can end it. Serves the files below ROOT by their paths, the query ignored; a missing file is a 404. While a file
 named "slow" lies in ROOT, bodies go out in 256 KiB pieces with a pause of 0.1 s between them, so that a
-download lasts long enough to be seen and cancelled.
+download lasts long enough to be seen and cancelled. While a file named "stall" lies there, requests wait.
 """
 import http.server
 import os
@@ -18,6 +18,8 @@ ROOT = os.path.abspath(sys.argv[2])
 
 class handler(http.server.BaseHTTPRequestHandler):
     def do_GET(self):
+        while os.path.exists(os.path.join(ROOT, "stall")):
+            time.sleep(0.1)
         path = urllib.parse.unquote(urllib.parse.urlsplit(self.path).path)
         file = os.path.normpath(os.path.join(ROOT, path.lstrip("/")))
         if not file.startswith(ROOT + os.sep) or not os.path.isfile(file):

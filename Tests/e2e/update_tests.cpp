@@ -64,10 +64,10 @@ public:
         std::ofstream(file).close();
         std::filesystem::resize_file(file, bytes);
     }
-    // Bodies trickle out, so that the download's dialog stays a while.
-    void slow(bool on) const {
-        if (on) std::ofstream(root_ / "slow");
-        else std::filesystem::remove(root_ / "slow");
+    // "slow": bodies trickle out, so that the download's dialog stays a while; "stall": requests wait.
+    void flag(const char* name, bool on) const {
+        if (on) std::ofstream(root_ / name);
+        else std::filesystem::remove(root_ / name);
     }
 
 private:
@@ -140,7 +140,7 @@ TEST_F(updates_e2e, a_newer_minor_version_badges_toasts_downloads_and_installs) 
     const msiexec_double msiexec;
     site.version("\xEF\xBB\xBFv1.1.0.0\r\n");
     site.installer("v1.1.0.0", 5120000);
-    site.slow(true);
+    site.flag("slow", true);
     start_tray();
     const HWND toast = wait_for_window(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS);
     ASSERT_NE(toast, nullptr) << "no update toast";
@@ -173,7 +173,7 @@ TEST_F(updates_e2e, a_newer_minor_version_badges_toasts_downloads_and_installs) 
 TEST_F(updates_e2e, a_short_or_cancelled_download_leaves_nothing_and_starts_nothing) {
     const msiexec_double msiexec;
     site.version("v1.0.11");
-    site.slow(true);
+    site.flag("slow", true);
     start_tray();
     // Stopped downloads are of a size that would be installed.
     const struct { const char* name; uint64_t bytes; UINT message; WPARAM w; } cases[] = {
@@ -191,11 +191,20 @@ TEST_F(updates_e2e, a_short_or_cancelled_download_leaves_nothing_and_starts_noth
     }
 }
 
-// A failed check says so once in the log and counts as up to date; the menu command against an
-// up-to-date server says so in a dialog with the running version.
-TEST_F(updates_e2e, a_404_is_logged_and_an_up_to_date_server_is_told) {
+// A check that hangs on the server leaves the window answering. A failed check says so once in the
+// log and counts as up to date; the menu command against an up-to-date server says so in a dialog.
+TEST_F(updates_e2e, a_stalled_check_blocks_no_window_a_404_is_logged_and_an_up_to_date_server_is_told) {
+    site.flag("stall", true);
     start_tray();  // nothing served yet
     const log_mark mark(tray_log_file());
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(6);  // the first check is at 3 s
+    while (std::chrono::steady_clock::now() < end) {
+        DWORD_PTR reply = 0;
+        ASSERT_NE(SendMessageTimeoutW(tray->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &reply), 0);
+        Sleep(100);
+    }
+    EXPECT_TRUE(mark.messages().empty()) << "the check did not wait";
+    site.flag("stall", false);
     const std::string warning = "[WARNING] Public version check: unexpected HTTP status 404, ignoring the response";
     EXPECT_TRUE(poll_until([&] {
         const auto lines = mark.messages();
