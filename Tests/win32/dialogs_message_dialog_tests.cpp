@@ -27,10 +27,18 @@ int run_dialog(const std::function<int()>& show, const std::function<void(HWND)>
     return window ? result.load() : -200;
 }
 
+// The test opens the clipboard for a window of its own, as another program would: Wine lets an open
+// for no window take over a clipboard that another thread opened for no window, which would spoil
+// the dialog's copy half way.
+HWND clipboard_reader() {
+    static const HWND reader = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    return reader;
+}
+
 // The clipboard's text; "(none)" while another thread holds it or it has none.
 std::wstring clipboard_text() {
     std::wstring text = L"(none)";
-    if (!OpenClipboard(nullptr)) return text;
+    if (!OpenClipboard(clipboard_reader())) return text;
     if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
         text = static_cast<const wchar_t*>(GlobalLock(data));
         GlobalUnlock(data);
@@ -119,7 +127,11 @@ TEST(message_dialog, ctrl_c_and_the_copy_button_copy_the_text_itself_and_an_empt
         EXPECT_TRUE(poll_until([&] { return clipboard_text() == text; }, std::chrono::seconds(5)))
             << "Ctrl+C; the clipboard has " << testing::PrintToString(clipboard_text());
         ASSERT_TRUE(copy_text_to_clipboard(L"before"));
+        // A reader that holds the clipboard while the button is clicked does not lose the copy.
+        ASSERT_TRUE(OpenClipboard(clipboard_reader()));
         PostMessageW(GetDlgItem(window, ID_MESSAGE_COPY), BM_CLICK, 0, 0);
+        Sleep(60);
+        CloseClipboard();
         EXPECT_TRUE(poll_until([&] { return clipboard_text() == text; }, std::chrono::seconds(5))) << "copy button";
     });
 }

@@ -8,17 +8,6 @@
 #include <filesystem>
 #include <string>
 
-// Pings the window thread and writes a dump when it hangs.
-class ui_watchdog {
-public:
-    void start_watchdog(HWND, const std::filesystem::path&) {}
-    void stop_watchdog() noexcept {}
-    void on_ping() noexcept { answered.store(true); }
-
-private:
-    std::atomic<bool> answered{false};
-};
-
 namespace microphone_mute {
 // Follows the default microphone's mute state.
 class mute_monitor {

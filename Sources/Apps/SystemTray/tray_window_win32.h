@@ -12,6 +12,7 @@
 #include "tray_timings.h"
 #include "tray_toasts_win32.h"
 #include "updates/update_download.h"
+#include "watchdog/ui_watchdog_win32.h"
 
 #include <cstdint>
 #include <vector>

@@ -275,9 +275,23 @@ int show_info_message(const std::wstring& text, HWND parent) {
     return dialog.show(parent);
 }
 
+namespace {
+
+// Another program (a clipboard manager, or anyone reading it) may hold the clipboard for a moment:
+// OpenClipboard then fails at once, and the user's copy would be lost without a word.
+bool open_clipboard() {
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        if (OpenClipboard(nullptr)) return true;
+        Sleep(20);
+    }
+    return false;
+}
+
+}  // namespace
+
 bool copy_text_to_clipboard(const std::wstring& text) {
     if (text.empty()) return false;
-    if (!OpenClipboard(nullptr)) return false;
+    if (!open_clipboard()) return false;
     const scope_exit close([] { CloseClipboard(); });
     EmptyClipboard();
     const size_t bytes = (text.size() + 1) * sizeof(wchar_t);
