@@ -3,7 +3,7 @@ set(VELDRAKE_FUZZ_SECONDS 30 CACHE STRING "How long each fuzz target runs in the
 file(GLOB veldrake_fuzz_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/Fuzz/*_fuzz.cpp")
 foreach(fuzz_source ${veldrake_fuzz_sources})
     get_filename_component(fuzz_name "${fuzz_source}" NAME_WE)
-    add_executable(${fuzz_name} "${fuzz_source}")
+    add_executable(${fuzz_name} "${fuzz_source}" ${veldrake_per_exe_sources})
     target_link_libraries(${fuzz_name} PRIVATE veldrake_core)
     target_link_options(${fuzz_name} PRIVATE -fsanitize=fuzzer)
     set(corpus "${CMAKE_BINARY_DIR}/corpus/${fuzz_name}")

@@ -10,7 +10,7 @@ find_package(GTest REQUIRED)
 find_package(Threads REQUIRED)
 include(GoogleTest)
 
-add_executable(veldrake_host_tests ${veldrake_core_test_sources})
+add_executable(veldrake_host_tests ${veldrake_core_test_sources} ${veldrake_per_exe_sources})
 target_include_directories(veldrake_host_tests PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
 target_link_libraries(veldrake_host_tests PRIVATE veldrake_core GTest::gtest_main Threads::Threads)
 

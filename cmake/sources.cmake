@@ -7,7 +7,8 @@ list(FILTER veldrake_core_sources EXCLUDE REGEX "_(win32|host)\\.cpp$")
 
 # Built-in constants that the end-to-end tier changes: each exe compiles them itself, so that a second
 # exe differs from the shipped one in these objects alone.
-set(veldrake_per_exe_sources "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/tray_timings.cpp")
+set(veldrake_per_exe_sources "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/tray_timings.cpp"
+                             "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/updates/update_site.cpp")
 list(REMOVE_ITEM veldrake_core_sources ${veldrake_per_exe_sources})
 
 set(veldrake_host_sources ${veldrake_all_sources})

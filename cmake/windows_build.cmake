@@ -11,7 +11,7 @@ add_link_options(-static -municode)
 # holds both.
 target_sources(veldrake_core PRIVATE ${veldrake_win32_sources})
 target_link_libraries(veldrake_core PUBLIC
-    user32 gdi32 gdiplus shell32 shlwapi ole32 oleaut32 uuid advapi32 dwmapi comctl32 uxtheme)
+    user32 gdi32 gdiplus shell32 shlwapi ole32 oleaut32 uuid advapi32 dwmapi comctl32 uxtheme wininet urlmon)
 
 configure_file("${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/resources/system_tray.rc.in"
                "${CMAKE_BINARY_DIR}/generated/system_tray.rc" @ONLY)
@@ -54,7 +54,7 @@ set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 
 function(veldrake_wine_test_exe name)
-    add_executable(${name} ${ARGN} "${CMAKE_SOURCE_DIR}/Tests/common/wine_process_win32.cpp")
+    add_executable(${name} ${ARGN} ${veldrake_per_exe_sources} "${CMAKE_SOURCE_DIR}/Tests/common/wine_process_win32.cpp")
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
     target_link_libraries(${name} PRIVATE veldrake_core gtest)
 endfunction()
@@ -64,6 +64,8 @@ veldrake_wine_test_exe(veldrake_win32_tests ${veldrake_win32_test_sources})
 # The log-sharing test writes through a second process: this same program.
 veldrake_wine_test_exe(veldrake_e2e_tests ${veldrake_e2e_test_sources})
 add_dependencies(veldrake_e2e_tests Veldrake.SystemTray veldrake_short_timers_tray veldrake_content)
+# The update tests' web host runs on the Linux side, from beside the harness.
+configure_file("${CMAKE_SOURCE_DIR}/Tests/e2e/update_server.py" "${veldrake_bin}/update_server.py" COPYONLY)
 
 include(doubles)
 

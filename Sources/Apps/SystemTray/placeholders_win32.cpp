@@ -3,24 +3,16 @@
 // Handlers whose subsystems are not built yet. Each does nothing until its module takes it over;
 // the tray runs its timers, icons callbacks and commands through them all the same.
 
-void tray_window::show_download_toast_as_needed() {}
-void tray_window::show_update_complete_toast() {}
 void tray_window::refresh_mic_state_async() {}
 void tray_window::toggle_microphone_mute() {}
 void tray_window::remove_microphone_icon() {}
 void tray_window::apply_microphone_settings() {}
 void tray_window::on_mic_state(WPARAM, LPARAM) {}
-void tray_window::on_update() {}
-// The version check clears its in-flight flag with its result message; until it exists, the flag
-// stays set after the first tick and nothing more is started.
-void tray_window::start_version_check_thread() {}
-void tray_window::start_update_install() {}
 void tray_window::start_reconcile() {}
 void tray_window::launch_hotkey_handler() {}
 void tray_window::start_shell_handler_repair() {}
 void tray_window::start_package_registrations() {}
 void tray_window::install_window_event_hook() {}
 void tray_window::uninstall_window_event_hook() {}
-bool tray_window::update_completed_since_last_start() { return false; }
 // Until the suite's shutdown exists, Exit ends the tray alone.
 void tray_window::start_shutdown_suite() { PostMessageW(hwnd(), WM_SHUTDOWN_DONE, 0, 0); }

@@ -79,7 +79,7 @@ LRESULT tray_window::on_create() {
     SetTimer(hwnd(), TIMER_INDEX_POLL, index_first_poll_ms, nullptr);
     SetTimer(hwnd(), TIMER_VERSION_CHECK, version_first_check_ms, nullptr);
     if (update_completed_since_last_start()) {
-        update_notice_pending = true;
+        updates.update_notice_pending = true;
         SetTimer(hwnd(), TIMER_UPDATE_NOTICE, 5000, nullptr);
     }
     watchdog.start_watchdog(hwnd(), log_folder(LOG_SUBJECT));
@@ -114,8 +114,8 @@ void tray_window::on_timer(UINT_PTR id) {
             SetTimer(hwnd(), TIMER_INDEX_POLL, index_poll_ms, nullptr);
             return;
         case TIMER_VERSION_CHECK:
-            if (!version_check_in_flight) {
-                version_check_in_flight = true;
+            if (!updates.version_check_in_flight) {
+                updates.version_check_in_flight = true;
                 start_version_check_thread();
             }
             SetTimer(hwnd(), TIMER_VERSION_CHECK, version_check_ms, nullptr);
@@ -134,8 +134,8 @@ void tray_window::on_timer(UINT_PTR id) {
         default:
             // The update notice is the fall-through: any other id ends in a refresh too, harmlessly.
             KillTimer(hwnd(), id);
-            if (update_notice_pending) {
-                update_notice_pending = false;
+            if (updates.update_notice_pending) {
+                updates.update_notice_pending = false;
                 show_update_complete_toast();
             }
             refresh_tray_state();
@@ -173,9 +173,7 @@ LRESULT tray_window::on_power_event(WPARAM event) {
 }
 
 void tray_window::on_version_check_result(WPARAM status) {
-    version_check_in_flight = false;
-    update_status = static_cast<uint32_t>(status);
-    download_toast_shown = false;
+    updates::on_version_check_result(updates, static_cast<uint32_t>(status));
     refresh_tray_state();
 }
 

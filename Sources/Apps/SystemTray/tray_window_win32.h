@@ -12,6 +12,7 @@
 #include "tray_messages.h"
 #include "tray_timings.h"
 #include "tray_toasts_win32.h"
+#include "updates/update_download.h"
 #include "watchdog/ui_watchdog_win32.h"
 
 #include <cstdint>
@@ -99,11 +100,8 @@ private:
     unique_hicon main_icon;
     UINT taskbar_created_message = 0;
     index_watch::tray_state index;  // indexing_status, the stall detector, namespace_icon_applied
-    bool version_check_in_flight = false;
+    updates::tray_state updates;    // version_check_in_flight, update_status, download_toast_shown, update_notice_pending
     bool menu_open = false;
-    uint32_t update_status = 2;  // up to date
-    bool download_toast_shown = false;
-    bool update_notice_pending = false;
     bool dark_mode = false;
     tray_clicks::state clicks;  // single_click_pending, click_point, click_point_valid, swallow_next_click
     toast_dispatcher toasts{tray_toast_platform()};

@@ -112,7 +112,7 @@ void tray_window::show_tray_menu(tray_clicks::point at, bool from_left_click) {
             continue;
         }
         AppendMenuW(menu.get(), MF_STRING, e.command, e.text);
-        const auto colour = layout::dot_colour(e.dot, index.indexing_status, update_status);
+        const auto colour = layout::dot_colour(e.dot, index.indexing_status, updates.update_status);
         if (!colour) continue;
         // A dot that cannot be made leaves its item without one.
         const HBITMAP dot = render_status_dot(*colour, dark);

@@ -1,0 +1,244 @@
+#include "common/test_registry_win32.h"
+#include "doubles/sibling_doubles_win32.h"
+#include "e2e/tray_harness_win32.h"
+#include "e2e/tray_presentation_desktop_win32.h"
+#include "toasts/notification_window_win32.h"
+#include "tray_messages.h"
+
+#include <knownfolders.h>
+#include <shlobj.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+
+using namespace e2e;
+
+namespace {
+
+const std::wstring NOTICE_KEY = L"Software\\Kestrane\\Veldrake";
+const std::wstring OVERRIDES_KEY = L"Software\\Wine\\DllOverrides";
+constexpr const char* DOWNLOAD_PATH = "products/veldrake/Downloads/Public/";
+
+std::filesystem::path known_folder(REFKNOWNFOLDERID id) {
+    PWSTR path = nullptr;
+    SHGetKnownFolderPath(id, 0, nullptr, &path);
+    std::filesystem::path result = path ? path : L"";
+    CoTaskMemFree(path);
+    return result;
+}
+
+std::string quoted(const std::filesystem::path& p) { return "'" + desktop::unix_path(p) + "'"; }
+
+std::vector<std::filesystem::path> files_in(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) found.push_back(entry.path().filename());
+    return found;
+}
+
+// The tests' web host on 127.0.0.1, serving the files of a folder, the short-timers tray's web host.
+// Started and ended by its process id.
+class update_site {
+public:
+    update_site() : root_(fresh_folder(L"update-site")) {
+        std::filesystem::create_directories(root_ / DOWNLOAD_PATH);
+        const std::string host = VELDRAKE_TEST_WEB_HOST;
+        const auto run = fresh_folder(L"update-site-run"), pid_file = run / L"pid";
+        desktop::run_unix("(python3 " + quoted(this_program().parent_path() / L"update_server.py") + " " +
+                          host.substr(host.rfind(':') + 1) + " " + quoted(root_) + " " + quoted(pid_file) + " > " +
+                          quoted(run / L"log") + " 2>&1 &)");
+        poll_until([&] { return static_cast<bool>(std::ifstream(pid_file) >> pid_); });
+    }
+    ~update_site() {
+        if (pid_ != 0) desktop::run_unix("kill " + std::to_string(pid_));
+    }
+    bool running() const { return pid_ != 0; }
+
+    void version(const std::string& text) const {
+        std::ofstream(root_ / "products/veldrake/download_public_version.txt", std::ios::binary) << text;
+    }
+    // The installer for `version`, of `bytes` bytes.
+    void installer(const std::string& version, uint64_t bytes) const {
+        const auto file = root_ / DOWNLOAD_PATH / ("Veldrake " + version + " x64.msi");
+        std::ofstream(file).close();
+        std::filesystem::resize_file(file, bytes);
+    }
+    // "slow": bodies trickle out, so that the download's dialog stays a while; "stall": requests wait.
+    void flag(const char* name, bool on) const {
+        if (on) std::ofstream(root_ / name);
+        else std::filesystem::remove(root_ / name);
+    }
+
+private:
+    std::filesystem::path root_;
+    int pid_ = 0;
+};
+
+// msiexec in system32 is the sibling double while a test lives; it records its runs.
+class msiexec_double {
+public:
+    msiexec_double() {
+        std::filesystem::copy_file(program_, saved_, std::filesystem::copy_options::overwrite_existing);
+        sibling_doubles::install_copy(program_);
+        // Else Wine runs its builtin msiexec whatever the file holds.
+        test_registry::set_string(HKEY_CURRENT_USER, OVERRIDES_KEY, L"msiexec.exe", L"native");
+        runs.emplace(L"msiexec.exe", program_.parent_path());
+    }
+    ~msiexec_double() {
+        runs.reset();
+        test_registry::delete_value(HKEY_CURRENT_USER, OVERRIDES_KEY, L"msiexec.exe");
+        std::error_code ignored;
+        std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
+    }
+
+private:
+    std::filesystem::path program_ = known_folder(FOLDERID_System) / L"msiexec.exe",
+                          saved_ = fresh_folder(L"msiexec-builtin") / L"msiexec.exe";
+
+public:
+    std::optional<recorded_runs> runs;
+};
+
+class updates_e2e : public tray_test {
+protected:
+    void SetUp() override {
+        tray_test::SetUp();
+        ASSERT_TRUE(site.running()) << "no web host";
+        // A new prefix's Downloads is a link to the Linux home, which every prefix shares.
+        downloads = known_folder(FOLDERID_Downloads);
+        desktop::run_unix("d=" + quoted(downloads) + "; if [ -L $d ]; then rm $d; fi; rm -rf $d; mkdir -p $d");
+        test_registry::delete_value(HKEY_CURRENT_USER, NOTICE_KEY, L"LastInstalledVersion");
+    }
+
+    void start_tray() {
+        tray.emplace(true, short_timers_tray_exe());
+        ASSERT_NE(tray->window(), nullptr);
+    }
+    HWND wait_for_dialog() const { return wait_for_window(tray->process().id(), L"KTN_SimpleProgressDialogWnd"); }
+    // The dialog shows, then goes with its download.
+    HWND dialog_goes(const std::function<void(HWND)>& while_open = {}) const {
+        const HWND dialog = wait_for_dialog();
+        EXPECT_NE(dialog, nullptr) << "no download dialog";
+        if (dialog && while_open) while_open(dialog);
+        EXPECT_TRUE(poll_until([&] { return !IsWindow(dialog); })) << "the dialog stays";
+        return dialog;
+    }
+
+    update_site site;
+    std::filesystem::path downloads;
+    std::optional<running_tray> tray;
+};
+
+POINT centre(const RECT& r) { return {(r.left + r.right) / 2, (r.top + r.bottom) / 2}; }
+
+}  // namespace
+
+// A minor update on the server: the first check gives the gold badge and the toast; a click downloads
+// with the dialog showing, keeps a file of exactly the floor's size and starts msiexec on it.
+TEST_F(updates_e2e, a_newer_minor_version_badges_toasts_downloads_and_installs) {
+    const msiexec_double msiexec;
+    site.version("\xEF\xBB\xBFv1.1.0.0\r\n");
+    site.installer("v1.1.0.0", 5120000);
+    site.flag("slow", true);
+    start_tray();
+    const HWND toast = wait_for_window(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS);
+    ASSERT_NE(toast, nullptr) << "no update toast";
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    const RECT tray_area{width / 2, height - 24, width, height};
+    EXPECT_TRUE(poll_until([&] { return desktop::find_colour(tray_area, 0xFFD700, 40).has_value(); })) << "gold badge";
+    desktop::keep_picture(L"update-badge", tray_area);
+    RECT r{};
+    GetWindowRect(toast, &r);
+    desktop::keep_picture(L"update-toast", r);
+
+    ASSERT_TRUE(desktop::click(centre(r), 1));
+    dialog_goes([&](HWND dialog) {
+        wchar_t caption[64] = {};
+        GetWindowTextW(dialog, caption, 64);
+        EXPECT_STREQ(caption, L"Downloading update...");
+        RECT d{};
+        GetWindowRect(dialog, &d);
+        desktop::keep_picture(L"update-dialog", d);
+    });
+    const std::filesystem::path installer = downloads / L"Veldrake v1.1.0.0 x64.msi";
+    EXPECT_EQ(msiexec.runs->wait(), (std::vector<std::vector<std::wstring>>{
+                                        {L"/i", installer.wstring(), L"/passive", L"REBOOT=ReallySuppress"}}));
+    EXPECT_EQ(files_in(downloads), std::vector<std::filesystem::path>{installer.filename()}) << "no temporary file left";
+    EXPECT_EQ(std::filesystem::file_size(installer), 5120000u);
+}
+
+// Each road that fails or is stopped leaves no file in Downloads and starts nothing: one byte short
+// of the floor, Cancel, and WM_CLOSE from another program.
+TEST_F(updates_e2e, a_short_or_cancelled_download_leaves_nothing_and_starts_nothing) {
+    const msiexec_double msiexec;
+    site.version("v1.0.11");
+    site.flag("slow", true);
+    start_tray();
+    // Stopped downloads are of a size that would be installed.
+    const struct { const char* name; uint64_t bytes; UINT message; WPARAM w; } cases[] = {
+        {"5119999 bytes", 5119999, 0, 0}, {"Cancel", 5120000, WM_COMMAND, IDCANCEL}, {"WM_CLOSE", 5120000, WM_CLOSE, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        site.installer("v1.0.11", c.bytes);
+        // What a click on the toast posts.
+        PostMessageW(tray->window(), WM_START_DOWNLOAD, 0, 0);
+        dialog_goes([&](HWND dialog) {
+            if (c.message != 0) PostMessageW(dialog, c.message, c.w, 0);
+        });
+        EXPECT_TRUE(poll_until([&] { return files_in(downloads).empty(); })) << "a file stays in Downloads";
+        EXPECT_TRUE(msiexec.runs->wait(0).empty());
+    }
+}
+
+// A check that hangs on the server leaves the window answering. A failed check says so once in the
+// log and counts as up to date; the menu command against an up-to-date server says so in a dialog.
+TEST_F(updates_e2e, a_stalled_check_blocks_no_window_a_404_is_logged_and_an_up_to_date_server_is_told) {
+    site.flag("stall", true);
+    start_tray();  // nothing served yet
+    const log_mark mark(tray_log_file());
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(6);  // the first check is at 3 s
+    while (std::chrono::steady_clock::now() < end) {
+        DWORD_PTR reply = 0;
+        ASSERT_NE(SendMessageTimeoutW(tray->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &reply), 0);
+        Sleep(100);
+    }
+    EXPECT_TRUE(mark.messages().empty()) << "the check did not wait";
+    site.flag("stall", false);
+    const std::string warning = "[WARNING] Public version check: unexpected HTTP status 404, ignoring the response";
+    EXPECT_TRUE(poll_until([&] {
+        const auto lines = mark.messages();
+        return std::find(lines.begin(), lines.end(), warning) != lines.end();
+    })) << "no warning";
+
+    site.version("v1.0.10.0");
+    PostMessageW(tray->window(), WM_COMMAND, ID_TRAY_UPDATE, 0);
+    const HWND dialog = wait_for_window(tray->process().id(), L"#32770");
+    ASSERT_NE(dialog, nullptr) << "no up-to-date dialog";
+    wchar_t text[128] = {};
+    GetWindowTextW(FindWindowExW(dialog, nullptr, L"Static", nullptr), text, 128);
+    EXPECT_STREQ(text, L"Your Veldrake is already up to date with v1.0.10.0. Happy veldrake!");
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+}
+
+// Another version recorded at the last start: "Update installed" after five seconds, whose click
+// opens What's new; the next start of the same version gives none.
+TEST_F(updates_e2e, a_changed_recorded_version_gives_the_notice_once) {
+    site.version("v1.0.10.0");
+    test_registry::set_string(HKEY_CURRENT_USER, NOTICE_KEY, L"LastInstalledVersion", L"v1.0.9.0");
+    const recorded_runs settings(L"Veldrake.exe", short_timers_tray_exe().parent_path());
+    tray.emplace(true, short_timers_tray_exe());
+    const HWND toast = wait_for_window(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS);
+    ASSERT_NE(toast, nullptr) << "no notice";
+    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, NOTICE_KEY, L"LastInstalledVersion"), L"v1.0.10.0");
+    RECT r{};
+    GetWindowRect(toast, &r);
+    ASSERT_TRUE(desktop::click(centre(r), 1));
+    EXPECT_EQ(settings.wait(), std::vector<std::vector<std::wstring>>{{L"--open-tab=what-new"}});
+    tray.reset();
+
+    tray.emplace(true, short_timers_tray_exe());
+    EXPECT_FALSE(poll_until([&] { return !windows_of(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS).empty(); },
+                            std::chrono::seconds(7)))
+        << "the same version again";
+}
