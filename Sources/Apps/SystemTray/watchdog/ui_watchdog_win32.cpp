@@ -53,5 +53,7 @@ void ui_watchdog::run_watchdog() noexcept {
         watchdog::run_watchdog(port);
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "[watchdog] {}", e.what());
+    } catch (...) {
+        logging::log(log_severity::error, "[watchdog] Unknown exception");
     }
 }
