@@ -23,8 +23,6 @@ public:
     virtual bool reload_if_changed(bool force);
     // Reads the file into memory. False makes the next reload_if_changed try again.
     virtual bool load() = 0;
-    // The tray never writes settings: the Settings app does.
-    virtual bool save() = 0;
 
     virtual ~common_settings_file() = default;
 

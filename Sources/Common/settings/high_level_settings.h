@@ -23,7 +23,6 @@ public:
     // A document that cannot be read or parsed keeps the content in memory and still counts as
     // loaded, so that the same bad file is not parsed again until it changes.
     bool load() override;
-    bool save() override { return false; }
 
     // The default when the app is absent; otherwise whether its status is not exactly "disabled".
     bool is_app_enabled(std::string_view app_id, bool default_value) const;

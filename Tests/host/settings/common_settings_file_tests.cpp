@@ -42,7 +42,6 @@ TEST(common_settings_file, a_failed_load_is_tried_again_at_the_next_poll) {
     struct failing_once final : common::setting_utilities::common_settings_file {
         using common_settings_file::common_settings_file;
         bool load() override { return ++loads > 1; }
-        bool save() override { return false; }
         int loads = 0;
     };
     settings_sandbox sandbox;
