@@ -38,3 +38,12 @@ TEST(tray_badge, menu_dots_follow_their_own_tables) {
         EXPECT_EQ(dot_colour(dot_kind::none, c.status, c.status), std::nullopt);
     }
 }
+
+TEST(tray_badge, a_menu_dot_is_a_circle_centred_in_its_square_with_five_pixels_around) {
+    for (const int32_t size : {16, 20, 24, 32}) {
+        const ellipse e = dot_ellipse(size);
+        EXPECT_EQ(e.width, e.height) << size;
+        EXPECT_EQ(e.x, 5.0f) << size;
+        EXPECT_EQ(e.x + e.width + e.x, static_cast<float>(size)) << size;
+    }
+}
