@@ -3,13 +3,16 @@
 #include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
+#include "platform/paths_win32.h"
 #include "platform/scope_exit.h"
 #include "platform/string_conversion.h"
+#include "presentation/tray_badge.h"
 #include "tray_messages.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 
 using namespace e2e;
 
@@ -112,13 +115,29 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
 
     register_search_manager();
     EXPECT_TRUE(namespace_shows(L"Windows Search indexing is complete.", L"tessary_indexing-complete.ico"));
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    const RECT taskbar{width / 2, height - 24, width, height};
+    const auto icon = desktop::find_tray_icon();
+    ASSERT_TRUE(icon.has_value());
+    ASSERT_TRUE(desktop::click(desktop::centre(*icon), 3));
+    const HWND menu = wait_for_window(tray->process().id(), L"#32768");
+    // The third of six items of one height above the separator's 9 pixels: the indexing status.
+    RECT item{};
+    GetClientRect(menu, &item);
+    const LONG height_of_one = (item.bottom - 9) / 6;
+    item.top = 2 * height_of_one, item.bottom = 3 * height_of_one;
+    MapWindowPoints(menu, nullptr, reinterpret_cast<POINT*>(&item), 2);
+    EXPECT_TRUE(poll_until([&] { return desktop::find_colour(item, tray_badge::green & 0xFFFFFF, 40).has_value(); }))
+        << "the indexing item's green dot";
+    desktop::click_empty_desktop();
     set_counts(5, 1000);
     EXPECT_TRUE(namespace_shows(L"Windows Search indexing is in progress.", L"tessary_indexing-in-progress.ico"));
+    EXPECT_TRUE(poll_until([&] { return desktop::find_colour(taskbar, tray_badge::gold & 0xFFFFFF, 40).has_value(); }))
+        << "the gold badge";
     HWND prompt = wait_for_dialog(std::chrono::seconds(90));
     ASSERT_NE(prompt, nullptr) << "no prompt after a minute without progress";
     EXPECT_TRUE(namespace_shows(L"Windows Search indexing appears to be stuck.", L"tessary_indexing-problem.ico"));
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    EXPECT_TRUE(desktop::find_colour({width / 2, height - 24, width, height}, 0xFF0000, 40)) << "the red badge";
+    EXPECT_TRUE(desktop::find_colour(taskbar, tray_badge::red & 0xFFFFFF, 40)) << "the red badge";
     desktop::keep_picture(L"index-stuck-prompt", {0, 0, width, height});
     EXPECT_NE(dialog_body(prompt).find(L": 5 item(s) are waiting to be indexed and no progress has been made in the "
                                        L"last 1 minute of active use."),
@@ -129,19 +148,62 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
     PostMessageW(GetDlgItem(prompt, IDCANCEL), BM_CLICK, 0, 0);
     EXPECT_FALSE(wait_for_dialog(std::chrono::seconds(8), prompt)) << "Not now: no second prompt for the same stall";
 
-    set_counts(6, 1000);  // a move: the next stall prompts again
-    prompt = wait_for_dialog(std::chrono::seconds(90));
-    ASSERT_NE(prompt, nullptr);
-    EXPECT_NE(dialog_body(prompt).find(L": 6 item(s)"), std::wstring::npos);
-    PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
-    const HWND failure = wait_for_dialog(std::chrono::seconds(20), prompt);
+    // A move allows the next prompt; "Restart" with exit code 0 ends quietly, 1 explains the failure.
+    HWND failure = nullptr;
+    for (const int exit_code : {0, 1}) {
+        SCOPED_TRACE(exit_code);
+        set_counts(6 + exit_code, 1000);
+        prompt = wait_for_dialog(std::chrono::seconds(90), prompt);
+        ASSERT_NE(prompt, nullptr);
+        EXPECT_NE(dialog_body(prompt).find(L": " + std::to_wstring(6 + exit_code) + L" item(s)"), std::wstring::npos);
+        sibling_doubles::control(powershell, record, exit_code);
+        PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
+        failure = wait_for_dialog(std::chrono::seconds(exit_code ? 20 : 8), prompt);
+        EXPECT_EQ(failure != nullptr, exit_code == 1);
+        EXPECT_EQ(sibling_doubles::read_records(record).size(), exit_code + 1u);
+    }
     ASSERT_NE(failure, nullptr) << "no failure dialog after exit code 1";
     EXPECT_EQ(dialog_body(failure),
               L"The Windows Search service could not be restarted. You can restart it manually from the Services app "
               L"(services.msc) or by restarting your computer.");
     const auto runs = sibling_doubles::read_records(record);
-    ASSERT_EQ(runs.size(), 1u);
-    EXPECT_NE(runs[0].command_line.find(L"-NoProfile -WindowStyle Hidden -Command \"Restart-Service -Name WSearch -Force\""),
-              std::wstring::npos) << to_utf8(runs[0].command_line);
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_NE(runs[1].command_line.find(L"-NoProfile -WindowStyle Hidden -Command \"Restart-Service -Name WSearch -Force\""),
+              std::wstring::npos) << to_utf8(runs[1].command_line);
     PostMessageW(GetDlgItem(failure, IDOK), BM_CLICK, 0, 0);
+}
+
+// Without Windows Search each sample wants the problem icon. While its file is missing, each sample
+// logs it and writes nothing; once the tessary app is disabled, the hidden tip is written once and
+// later samples write nothing.
+TEST_F(index_watch_tray, a_missing_icon_writes_nothing_and_a_disabled_app_hides_the_status_once) {
+    const auto icon = short_timers_tray_exe().parent_path() / L"Content\\Icons\\tessary_indexing-problem.ico";
+    const auto away = std::filesystem::path(icon).concat(L".away");
+    std::filesystem::rename(icon, away);
+    const auto settings = local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
+    const scope_exit restore([&] {
+        std::error_code ignored;
+        std::filesystem::rename(away, icon, ignored);
+        std::filesystem::remove(settings, ignored);
+    });
+    const log_mark log(tray_log_file());
+    const auto count = [&](const std::string& line) {
+        const auto lines = log.messages();
+        return std::count(lines.begin(), lines.end(), line);
+    };
+    tray.emplace(true, short_timers_tray_exe());
+    const std::string missing = "[ERROR] Namespace root status icon does not exist: " + to_utf8(icon.wstring());
+    EXPECT_TRUE(poll_until([&] { return count(missing) >= 2; })) << "logged again at the next sample";
+    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, namespace_class, L"InfoTip"), L"");
+
+    std::filesystem::rename(away, icon);
+    std::filesystem::create_directories(settings.parent_path());
+    std::ofstream(settings, std::ios::binary) << R"({"apps":[{"app_id":"tessary","status":"disabled","settings":{}}]})";
+    EXPECT_TRUE(namespace_shows(L"Windows Search indexing status is hidden in Tessary settings.",
+                                L"tessary_indexing-complete.ico"));
+    test_registry::delete_value(HKEY_CURRENT_USER, namespace_class, L"InfoTip");
+    const std::string sampled = "[ERROR] get_items_to_index_count: Failed to create ISearchManager. HRESULT=-2147221164";
+    const auto samples = count(sampled);
+    EXPECT_TRUE(poll_until([&] { return count(sampled) >= samples + 2; }));
+    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, namespace_class, L"InfoTip"), L"") << "written again";
 }

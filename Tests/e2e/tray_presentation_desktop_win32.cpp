@@ -97,4 +97,11 @@ std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance) {
     return box;
 }
 
+std::optional<RECT> find_tray_icon() {
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    return find_colour({width / 2, height - 24, width, height}, 0x0E5A6B, 16);
+}
+
+POINT centre(const RECT& r) { return {(r.left + r.right) / 2, (r.top + r.bottom) / 2}; }
+
 }  // namespace desktop

@@ -30,4 +30,9 @@ bool keep_picture(const std::wstring& name, const RECT& area);
 // The bounding box of the pixels on screen within `tolerance` of `rgb` (0x00RRGGBB) in `area`, or nothing.
 std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance);
 
+// The tray's icon: where the logo's teal tile shows in the notification area, the bottom strip of the
+// desktop's right half.
+std::optional<RECT> find_tray_icon();
+POINT centre(const RECT& r);
+
 }  // namespace desktop

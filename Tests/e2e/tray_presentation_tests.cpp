@@ -2,6 +2,7 @@
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "platform/scope_exit.h"
+#include "presentation/tray_badge.h"
 #include "platform/string_conversion.h"
 #include "tray_messages.h"
 
@@ -13,19 +14,12 @@ using namespace e2e;
 
 namespace {
 
-// The tray's icon: where the logo's teal tile shows in the notification area, the bottom strip of the
-// desktop's right half.
-std::optional<RECT> find_tray_icon() {
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    return desktop::find_colour({width / 2, height - 24, width, height}, 0x0E5A6B, 16);
-}
+using desktop::centre;
+using desktop::find_tray_icon;
 
-POINT centre(const RECT& r) { return {(r.left + r.right) / 2, (r.top + r.bottom) / 2}; }
-
-// Whether a red badge shows in the lower left quarter of the icon.
-bool badge_shows(const RECT& icon) {
-    return desktop::find_colour({icon.left - 1, centre(icon).y, centre(icon).x, icon.bottom + 1}, 0xFF0000, 40)
-        .has_value();
+// Whether a badge of `rgb` shows in the lower left quarter of the icon.
+bool badge_shows(const RECT& icon, uint32_t rgb = tray_badge::red & 0xFFFFFF) {
+    return desktop::find_colour({icon.left - 1, centre(icon).y, centre(icon).x, icon.bottom + 1}, rgb, 40).has_value();
 }
 
 // The middle of the menu's `n`-th item (6 is Exit, below the separator), on screen. Menus of another
@@ -131,14 +125,26 @@ TEST_F(tray_presentation, double_click_starts_settings_once_and_opens_no_menu) {
     EXPECT_EQ(settings.wait(), std::vector<std::vector<std::wstring>>{{L"--open-tab=settings"}});
 }
 
-TEST_F(tray_presentation, badge_follows_the_state_and_survives_an_explorer_restart) {
+TEST_F(tray_presentation, badge_follows_the_state_in_both_themes_and_survives_an_explorer_restart) {
     const RECT icon = start();
     const RECT around{icon.left - 8, icon.top - 8, icon.right + 8, icon.bottom + 8};
-    EXPECT_FALSE(badge_shows(icon)) << "index complete and up to date: the plain logo";
-    desktop::keep_picture(L"icon-plain", around);
-    PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, 8, 0);
-    EXPECT_TRUE(poll_until([&] { return badge_shows(icon); })) << "red badge after a major update";
-    desktop::keep_picture(L"icon-badge", around);
+    // Up to date, then a minor and a major update; the theme is read again at each change.
+    const struct { const wchar_t* name; WPARAM update; uint32_t shows, not_shown; } states[] = {
+        {L"plain", 2, 0, tray_badge::red}, {L"gold", 4, tray_badge::gold, tray_badge::red},
+        {L"red", 8, tray_badge::red, tray_badge::gold}};
+    for (const bool dark : {false, true}) {
+        set_theme(dark);
+        for (const auto& state : states) {
+            SCOPED_TRACE(to_utf8(state.name) + (dark ? " dark" : " light"));
+            PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, state.update, 0);
+            EXPECT_TRUE(poll_until([&] {
+                return !badge_shows(icon, state.not_shown & 0xFFFFFF) &&
+                       (!state.shows || badge_shows(icon, state.shows & 0xFFFFFF));
+            }));
+            EXPECT_FALSE(!state.shows && badge_shows(icon, tray_badge::gold & 0xFFFFFF));
+            desktop::keep_picture(std::wstring(L"icon-") + state.name + (dark ? L"-dark" : L"-light"), around);
+        }
+    }
 
     // Explorer restarts: its icons are gone, then the new one sends "TaskbarCreated" to every top-level
     // window, without waiting for any.

@@ -130,7 +130,7 @@ protected:
     std::optional<running_tray> tray;
 };
 
-POINT centre(const RECT& r) { return {(r.left + r.right) / 2, (r.top + r.bottom) / 2}; }
+using desktop::centre;
 
 }  // namespace
 
