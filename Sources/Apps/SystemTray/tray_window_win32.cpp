@@ -114,10 +114,7 @@ void tray_window::on_timer(UINT_PTR id) {
             SetTimer(hwnd(), TIMER_INDEX_POLL, index_poll_ms, nullptr);
             return;
         case TIMER_VERSION_CHECK:
-            if (!updates.version_check_in_flight) {
-                updates.version_check_in_flight = true;
-                start_version_check_thread();
-            }
+            if (updates::begin_version_check(updates)) start_version_check_thread();
             SetTimer(hwnd(), TIMER_VERSION_CHECK, version_check_ms, nullptr);
             return;
         case TIMER_SETTINGS_POLL:

@@ -17,3 +17,9 @@ TEST(ui_metrics, mul_div_rounds_half_away_from_zero_and_gives_minus_one_when_it_
         EXPECT_EQ(ui_metrics::mul_div(c.number, c.numerator, c.denominator), c.result);
     }
 }
+
+TEST(ui_metrics, a_rectangle_measures_from_its_left_and_top_edges) {
+    const ui_metrics::rect r{10, 20, 110, 70};
+    EXPECT_EQ(r.width(), 100);
+    EXPECT_EQ(r.height(), 50);
+}

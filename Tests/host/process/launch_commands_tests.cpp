@@ -18,3 +18,19 @@ TEST(launch_commands, the_interpreter_line_carries_the_switch_the_quoted_path_an
         EXPECT_EQ(interpreter_arguments(window_switch(c.show_command), c.path, c.arguments), c.expected);
     }
 }
+
+// The flags that the Win32 tier proves on a real child: a console without a window only for show
+// command 0 with no_window, and the show command passed on unless it is the default 1.
+TEST(launch_commands, the_direct_start_sets_the_show_window_and_the_console_flags) {
+    const struct { int32_t show_command; bool no_window; uint32_t startup_flags, creation_flags; uint16_t show; } cases[] = {
+        {0, true, startf_use_show_window, create_no_window, 0},  {0, false, startf_use_show_window, detached_process, 0},
+        {1, true, 0, detached_process, 0},                       {5, false, startf_use_show_window, detached_process, 5},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.show_command * 10 + c.no_window);
+        const direct_start d = direct_start_options(c.show_command, c.no_window);
+        EXPECT_EQ(d.startup_flags, c.startup_flags);
+        EXPECT_EQ(d.creation_flags, c.creation_flags);
+        EXPECT_EQ(d.show_window, c.show);
+    }
+}

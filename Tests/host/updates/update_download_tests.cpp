@@ -35,9 +35,11 @@ TEST(update_download, the_toast_goes_out_once_per_check_result_with_an_update) {
     const struct { uint32_t status; bool shown; } cases[] = {{1, false}, {2, false}, {4, true}, {8, true}, {16, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.status);
-        tray_state s{.version_check_in_flight = true};
+        tray_state s;
+        EXPECT_TRUE(begin_version_check(s));
+        EXPECT_FALSE(begin_version_check(s)) << "one check at a time";
         on_version_check_result(s, c.status);
-        EXPECT_FALSE(s.version_check_in_flight);
+        EXPECT_TRUE(begin_version_check(s)) << "the result ends it";
         EXPECT_EQ(s.update_status, c.status);
         EXPECT_EQ(take_download_toast(s), c.shown);
         EXPECT_FALSE(take_download_toast(s)) << "a refresh does not repeat it";

@@ -2,6 +2,8 @@
 
 #include "updates/version_check.h"
 
+#include <utility>
+
 namespace updates {
 
 namespace {
@@ -13,6 +15,8 @@ void replace_all(std::wstring& text, const std::wstring& from, const std::wstrin
 }
 
 }  // namespace
+
+bool begin_version_check(tray_state& s) { return !std::exchange(s.version_check_in_flight, true); }
 
 void on_version_check_result(tray_state& s, uint32_t status) {
     s.version_check_in_flight = false;

@@ -18,6 +18,9 @@ struct tray_state {
     bool update_notice_pending = false;
 };
 
+// TIMER_VERSION_CHECK: whether to start a check now; one at a time, until its result comes.
+bool begin_version_check(tray_state& s);
+
 // WM_VERSION_CHECK_RESULT: stores the status and lets the update toast go out once more.
 void on_version_check_result(tray_state& s, uint32_t status);
 
