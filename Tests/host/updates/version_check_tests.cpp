@@ -8,6 +8,8 @@ using namespace updates;
 
 TEST(version_check, public_texts_against_the_running_build) {
     ASSERT_EQ(current_version_string(), L"v1.0.10.0");
+    // They travel as numbers in WM_VERSION_CHECK_RESULT, and the badge and dot tables test their bits.
+    EXPECT_EQ((std::array{running_newer, up_to_date, minor_update, major_update}), (std::array<uint32_t, 4>{1, 2, 4, 8}));
     const std::string running = to_utf8(current_version_string());
     const struct { const char* body; uint32_t status; } cases[] = {
         {"\xEF\xBB\xBFv1.2.3.4\r\n", minor_update}, {"v1.0.10.0", up_to_date}, {"1.0.10", up_to_date},
