@@ -112,11 +112,13 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
         "[ERROR] get_total_items_in_index_count: Failed to create ISearchManager. HRESULT=-2147221164"};
     const auto lines = log.messages();
     EXPECT_TRUE(std::search(lines.begin(), lines.end(), failed.begin(), failed.end()) != lines.end());
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    const RECT taskbar{width / 2, height - 24, width, height};
+    EXPECT_TRUE(poll_until([&] { return desktop::find_colour(taskbar, tray_badge::red & 0xFFFFFF, 40).has_value(); }))
+        << "unavailable: the red badge";
 
     register_search_manager();
     EXPECT_TRUE(namespace_shows(L"Windows Search indexing is complete.", L"tessary_indexing-complete.ico"));
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    const RECT taskbar{width / 2, height - 24, width, height};
     const auto icon = desktop::find_tray_icon();
     ASSERT_TRUE(icon.has_value());
     ASSERT_TRUE(desktop::click(desktop::centre(*icon), 3));
