@@ -1,0 +1,30 @@
+#include "platform/string_conversion.h"
+#include "process/wildcard.h"
+
+#include <gtest/gtest.h>
+
+TEST(wildcard, matches_whole_names_with_stars_folding_only_a_to_z) {
+    const struct { const wchar_t *pattern, *text; bool match; } cases[] = {
+        {L"Veldrake.Vantry*.dll", L"VELDRAKE.VANTRY.2.1.DLL", true},
+        {L"Veldrake.Vantry*.dll", L"Veldrake.Vantry.dll", true},  // the star takes nothing
+        {L"Veldrake.Vantry*.dll", L"Veldrake.Vantry.dll.bak", false},
+        {L"Veldrake.Vantry*.dll", L"xVeldrake.Vantry.dll", false},
+        {L"Tessary.Tag.ShellExtension.dll", L"tessary.tag.shellextension.dll", true},
+        {L"a.dll", L"a.dl", false},
+        {L"abc", L"abcd", false},
+        {L"", L"", true},
+        {L"", L"a", false},
+        {L"*", L"", true},
+        {L"a**", L"a", true},  // trailing stars match the empty rest
+        {L"a*b*c", L"aXbYbZc", true},
+        {L"*ab", L"aaab", true},         // the star gives back after a partial match
+        {L"a*bc", L"abcbd", false},
+        {L"*a*a*a*b", L"aaaaaaaaaaaaaaaaaaaaaaa", false},  // backtracking stays linear in practice
+        {L"\u00C9*", L"\u00E9t\u00E9", false},  // only A to Z are folded
+        {L"?", L"a", false},                  // no other wildcard
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(to_utf8(c.pattern) + " ~ " + to_utf8(c.text));
+        EXPECT_EQ(wildcard_match(c.pattern, c.text), c.match);
+    }
+}
