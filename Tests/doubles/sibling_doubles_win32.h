@@ -21,10 +21,15 @@ inline std::filesystem::path control_file(const std::filesystem::path& program) 
     return std::filesystem::path(program).concat(L".control");
 }
 
-// From now on, `program` appends to `record` and exits with `exit_code`.
-inline void control(const std::filesystem::path& program, const std::filesystem::path& record, DWORD exit_code = 0) {
+// From now on, `program` appends to `record`, lives as `mode` says (see sibling_double_win32.cpp) and
+// exits with the next of `exit_codes` (blank-separated; the last repeats).
+inline void control(const std::filesystem::path& program, const std::filesystem::path& record,
+                    const std::string& exit_codes, const std::string& mode = "") {
     std::ofstream(control_file(program), std::ios::binary | std::ios::trunc)
-        << to_utf8(record.wstring()) << '\n' << exit_code << '\n';
+        << to_utf8(record.wstring()) << '\n' << exit_codes << '\n' << mode << '\n';
+}
+inline void control(const std::filesystem::path& program, const std::filesystem::path& record, DWORD exit_code = 0) {
+    control(program, record, std::to_string(exit_code));
 }
 
 inline void remove_control(const std::filesystem::path& program) {

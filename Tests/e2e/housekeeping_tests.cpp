@@ -1,0 +1,136 @@
+#include "doubles/sibling_doubles_win32.h"
+#include "e2e/tray_harness_win32.h"
+#include "e2e/tray_presentation_desktop_win32.h"
+#include "platform/string_conversion.h"
+#include "tray_messages.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace e2e;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A copy of the sibling double under `name` in a folder of the test's, started to live as `mode` says.
+class resident {
+public:
+    resident(const wchar_t* name, const std::string& mode, const std::string& exit_codes = "0")
+        : program_(sibling_doubles::install_copy(fresh_folder(std::wstring(L"resident-") + name) / name)) {
+        sibling_doubles::control(program_, program_.parent_path() / L"record.txt", exit_codes, mode);
+        process_ = child_process::start(program_);
+        // Running once it has recorded its start.
+        poll_until([&] { return !sibling_doubles::read_records(program_.parent_path() / L"record.txt").empty(); });
+    }
+    ~resident() { process_.terminate(); }
+    const child_process& process() const { return process_; }
+
+private:
+    std::filesystem::path program_;
+    child_process process_;
+};
+
+bool answers_within_a_second(HWND window) {
+    DWORD_PTR ignored = 0;
+    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &ignored) != 0;
+}
+
+using housekeeping = tray_test;
+
+}  // namespace
+
+// Exit takes the icon away at once, asks a resident with a window to close, terminates one without
+// a window after the shared grace, leaves a surrogate host without the suite's modules alone, and
+// only then ends the tray; a second Exit meanwhile starts nothing new.
+TEST_F(housekeeping, exit_ends_the_residents_after_the_icon_and_before_the_tray) {
+    const resident windowed(L"Veldrake.Comment.exe", "window VeldrakeResidentTest");
+    const resident windowless(L"Veldrake.Paste.exe", "sleep");
+    const resident host(L"dllhost.exe", "sleep");
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    ASSERT_TRUE(poll_until([] { return desktop::find_tray_icon().has_value(); }));
+
+    PostMessageW(tray.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
+    EXPECT_TRUE(poll_until([] { return !desktop::find_tray_icon(); })) << "the icon goes first";
+    EXPECT_TRUE(windowless.process().running()) << "the icon is gone while the residents still run";
+    PostMessageW(tray.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
+    EXPECT_EQ(windowed.process().wait_exit(), 0u) << "closed through its window";
+    EXPECT_TRUE(answers_within_a_second(tray.window())) << "the window thread is free during the grace";
+    EXPECT_EQ(windowless.process().wait_exit(), 1u) << "terminated after the grace";
+    EXPECT_EQ(tray.process().wait_exit(), 0u);
+    EXPECT_TRUE(host.process().running()) << "a host without the suite's modules is left alone";
+}
+
+// Two residents that hang in their window procedures share one grace: the second is terminated right
+// after the first, and the tray's window answers throughout.
+TEST_F(housekeeping, hanging_residents_share_the_grace_and_never_hold_the_window_thread) {
+    const resident first(L"Veldrake.Comment.exe", "hang VeldrakeResidentTest");
+    const resident second(L"Veldrake.Paste.exe", "hang VeldrakeResidentTest");
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    PostMessageW(tray.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
+    bool answered = true;
+    std::optional<std::chrono::steady_clock::time_point> first_end, second_end;
+    poll_until([&] {
+        answered = answered && (!tray.process().running() || answers_within_a_second(tray.window()));
+        if (!first_end && !first.process().running()) first_end = std::chrono::steady_clock::now();
+        if (!second_end && !second.process().running()) second_end = std::chrono::steady_clock::now();
+        return first_end && second_end;
+    });
+    EXPECT_TRUE(answered);
+    EXPECT_EQ(first.process().wait_exit(), 1u);
+    EXPECT_EQ(second.process().wait_exit(), 1u);
+    ASSERT_TRUE(first_end && second_end);
+    EXPECT_LT(*second_end - *first_end, 2500ms) << "the second waited a grace of its own";
+    EXPECT_EQ(tray.process().wait_exit(), 0u);
+}
+
+// At start the tray runs the controller's reconcile until it succeeds and leaves a running hotkey
+// handler alone. The first window of a new explorer.exe schedules one more reconcile; its second
+// window does not. With no resident running, Exit ends the tray at once; the next start launches
+// the hotkey handler.
+TEST_F(housekeeping, reconciles_at_start_and_for_a_new_explorer_and_launches_the_hotkey_handler_once) {
+    const auto folder = tray_exe().parent_path();
+    const auto controller = folder / L"Veldrake.ContextMenuReplacement.Controller.exe";
+    const auto runs = fresh_folder(L"controller") / L"record.txt";
+    sibling_doubles::control(controller, runs, "1 1 1 1 1 0");
+    const recorded_runs hotkey(L"Veldrake.HotkeyHandler.exe");
+    const log_mark log(tray_log_file());
+    const auto controller_runs = [&](size_t count, std::chrono::milliseconds timeout = 30s) {
+        poll_until([&] { return sibling_doubles::read_records(runs).size() >= count; }, timeout);
+        return sibling_doubles::read_records(runs).size();
+    };
+    {
+        const resident running_handler(L"Veldrake.HotkeyHandler.exe", "sleep");
+        running_tray tray;
+        ASSERT_NE(tray.window(), nullptr);
+        EXPECT_EQ(controller_runs(6), 6u);
+        const auto lines = log.messages();
+        EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [](const std::string& l) {
+                      return l.starts_with("[INFO] Context Menu Replacement reconcile attempt ") &&
+                             l.ends_with(" exited with code 1; retrying");
+                  }), 5);
+
+        const resident explorer(L"explorer.exe", "windows CabinetWClass");
+        EXPECT_EQ(controller_runs(7), 7u) << "the new Explorer's first window";
+        const std::string noticed = "[INFO] [reinject] explorer.exe pid " + std::to_string(explorer.process().id()) +
+                                    " appeared with a new CabinetWClass and has not been reconciled this session (not "
+                                    "the shell process - a secondary Explorer); scheduling reconcile";
+        EXPECT_TRUE(poll_until([&] { return windows_of(explorer.process().id(), L"CabinetWClass", nullptr, true).size() == 2; }));
+        EXPECT_EQ(controller_runs(8, 2s), 7u) << "not for its second window";
+        const auto later = log.messages();
+        EXPECT_EQ(std::count(later.begin(), later.end(), noticed), 1);
+
+        PostMessageW(tray.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
+        EXPECT_EQ(tray.process().wait_exit(), 0u);
+        EXPECT_TRUE(explorer.process().running()) << "Explorer is never ended";
+    }
+    EXPECT_TRUE(hotkey.wait(0).empty()) << "a handler was running";
+    sibling_doubles::control(controller, runs);
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    EXPECT_EQ(hotkey.wait(1).size(), 1u);
+    EXPECT_EQ(tray.close(), 0u);
+    sibling_doubles::remove_control(controller);
+}
