@@ -109,4 +109,5 @@ TEST_F(loaded_settings, a_document_that_does_not_parse_keeps_the_last_good_conte
         EXPECT_EQ(s.get_int("x", "size", 0), c.size);
         EXPECT_EQ(s.is_app_enabled("x", true), c.size != 20);
     }
+    EXPECT_FALSE(high_level_settings::parse_settings_document("[]").has_value()) << "a root that is no object";
 }
