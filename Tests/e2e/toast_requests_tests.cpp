@@ -38,11 +38,17 @@ TEST_F(toast_requests, refused_messages_answer_0_and_only_a_malformed_request_is
     EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, good.c_str(), 2 * (good.size() + 1)), 0) << "another dwData";
     EXPECT_EQ(send_copy_data(tray.window(), id, nullptr, 0), 0) << "no data";
     EXPECT_EQ(send_copy_data(tray.window(), id, good.c_str(), 1), 0) << "cbData 1";
-    EXPECT_TRUE(mark.messages().empty()) << "refused silently";
+    // The start-up tasks may still log; of the toasts, nothing.
+    const auto toast_lines = [&] {
+        auto lines = mark.messages();
+        std::erase_if(lines, [](const std::string& l) { return l.find("toast") == std::string::npos; });
+        return lines;
+    };
+    EXPECT_TRUE(toast_lines().empty()) << "refused silently";
 
     const std::wstring six_fields = L"1\u0001\u0001\u0001title\u0001text\u00010";
     EXPECT_EQ(send_copy_data(tray.window(), id, six_fields.c_str(), 2 * (six_fields.size() + 1)), 0);
-    EXPECT_EQ(mark.messages(), std::vector<std::string>{"[WARNING] toast_dispatcher: ignoring a malformed toast request"});
+    EXPECT_EQ(toast_lines(), std::vector<std::string>{"[WARNING] toast_dispatcher: ignoring a malformed toast request"});
 }
 
 // Each toast is drawn in the theme of its time, kept as a picture and clicked with the real pointer.

@@ -18,6 +18,13 @@ std::string first_line_end(const running_tray& tray) {
                        GetWindowThreadProcessId(tray.window(), nullptr));
 }
 
+// The log's first lines of each start; the start-up tasks log after them.
+std::vector<std::string> start_lines() {
+    auto lines = read_lines(tray_log_file());
+    std::erase_if(lines, [](const std::string& l) { return !l.ends_with("[INFO] Starting logging for System Tray"); });
+    return lines;
+}
+
 using tray_process = tray_test;
 
 }  // namespace
@@ -37,13 +44,14 @@ TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_sil
                   (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());
         EXPECT_TRUE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")))
             << "the single-instance mutex, by its name, from another process";
-        const auto before = read_lines(tray_log_file());
+        const auto before = start_lines();
         ASSERT_EQ(before.size(), 1u);
         EXPECT_TRUE(before[0].ends_with(first_line_end(first))) << before[0];
+        EXPECT_TRUE(read_lines(tray_log_file())[0].ends_with(first_line_end(first))) << "the very first line";
 
         running_tray second(false);
         EXPECT_EQ(second.process().wait_exit(), 0u);
-        EXPECT_EQ(read_lines(tray_log_file()), before);
+        EXPECT_EQ(start_lines(), before) << "the second start writes nothing";
         EXPECT_TRUE(first.process().running());
         PostMessageW(first.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
         EXPECT_EQ(first.process().wait_exit(), 0u) << "Exit ends it with code 0";
@@ -51,7 +59,7 @@ TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_sil
     EXPECT_FALSE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")));
     running_tray later;
     ASSERT_NE(later.window(), nullptr);
-    const auto lines = read_lines(tray_log_file());
+    const auto lines = start_lines();
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_TRUE(lines[1].ends_with(first_line_end(later))) << lines[1];
     EXPECT_EQ(later.close(), 0u) << "WM_CLOSE from another process ends it with code 0";
@@ -87,7 +95,7 @@ TEST_F(tray_process, short_timers_build_says_so_after_its_first_line) {
     running_tray tray(true, short_timers_tray_exe());
     ASSERT_NE(tray.window(), nullptr);
     const auto lines = read_lines(tray_log_file());
-    ASSERT_EQ(lines.size(), 2u);
+    ASSERT_GE(lines.size(), 2u);
     EXPECT_TRUE(lines[1].ends_with("[WARNING] Short timers: this build is for tests")) << lines[1];
     EXPECT_EQ(tray.close(), 0u);
 }
