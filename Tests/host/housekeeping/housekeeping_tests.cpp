@@ -1,5 +1,7 @@
+#include "housekeeping/dialog_hook.h"
 #include "housekeeping/reconcile.h"
 #include "housekeeping/suite_shutdown.h"
+#include "host/settings/settings_sandbox.h"
 
 #include <gtest/gtest.h>
 
@@ -55,4 +57,62 @@ TEST(reconcile, each_explorer_process_asks_once_and_an_unreadable_name_asks_agai
 TEST(suite_shutdown, reports_what_it_closes_or_that_none_runs) {
     EXPECT_EQ(shutdown_report(L"Resident processes", {}), L"Resident processes: none running.");
     EXPECT_EQ(shutdown_report(L"Shell extension hosts", {12, 4096}), L"Shell extension hosts: closing 12 4096");
+}
+
+TEST(dialog_hook, the_mode_and_the_lists_decide_which_processes_are_served) {
+    const dialog_settings all_except{L"all-except", {L"notepad.exe"}, {L"chrome.exe", L"Steam.exe"}};
+    const struct { dialog_settings settings; const wchar_t* image; bool served; } cases[] = {
+        {all_except, L"notepad.exe", true},
+        {all_except, L"chrome.exe", false},
+        {all_except, L"steam.exe", false},  // names compare without case
+        {all_except, L"explorer.exe", false},
+        {all_except, L"", false},
+        {{L"OFF", {L"notepad.exe"}, {}}, L"notepad.exe", false},
+        {{L"AllowList", {L"notepad.exe"}, {}}, L"notepad.exe", true},
+        {{L"allowlist", {L"notepad.exe"}, {}}, L"wordpad.exe", false},
+        {{L"allowlist", {L"chrome.exe"}, {L"chrome.exe"}}, L"chrome.exe", true},  // exclusions do not apply
+        {{L"all-except", {}, {}}, L"anything.exe", true},
+        {{L"sometimes", {}, {L"x.exe"}}, L"x.exe", false},  // an unknown mode is all-except
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(c.settings.mode) + L" " + c.image));
+        EXPECT_EQ(dialog_selected(c.settings, c.image), c.served);
+    }
+}
+
+TEST(dialog_hook, a_crash_is_an_nt_error_or_a_breakpoint_but_not_ctrl_c_and_is_recorded_with_its_time) {
+    const struct { uint32_t code; bool crash; } cases[] = {
+        {0xC0000005, true}, {0xC000013A, false}, {0x80000003, true}, {0x80000001, false},
+        {1, false},         {0xFFFFFFFF, true},  {0x40000000, false}, {0, false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(is_crash_exit(c.code), c.crash) << std::hex << c.code;
+    EXPECT_EQ(crash_record({2026, 3, 4, 5, 6, 7}, 0xC0000005), L"2026-03-04 05:06:07 exit 0xC0000005");
+    EXPECT_EQ(crash_record({2026, 11, 24, 16, 30, 59}, 1), L"2026-11-24 16:30:59 exit 0x00000001");
+    EXPECT_EQ(inject_dialog_arguments(0x1A2B0), L"inject-dialog 0x1A2B0");
+}
+
+// The defaults: all-except with the browsers and launchers out, or Notepad alone in allowlist mode.
+TEST(dialog_hook, settings_default_to_all_except_the_listed_programs_and_an_absent_app_serves_none) {
+    settings_sandbox sandbox;
+    const auto settings = sandbox.open();
+    const auto read = [&](std::string_view status, std::string_view dialog_settings_json, int hour) {
+        settings_sandbox::write(sandbox.user_file(),
+                                R"({"apps":[{"app_id":"context-menu-replacement","status":")" + std::string(status) +
+                                    R"(","settings":)" + std::string(dialog_settings_json) + "}]}",
+                                hour);
+        settings->reload_if_changed(false);
+        dialog_settings d;
+        return read_dialog_settings(*settings, d) ? std::optional(d) : std::nullopt;
+    };
+    const auto defaults = read("enabled", "{}", 1);
+    ASSERT_TRUE(defaults);
+    for (const wchar_t* excluded : {L"chrome.exe", L"beservice.exe", L"battle.net.exe"}) {
+        EXPECT_FALSE(dialog_selected(*defaults, excluded)) << excluded;
+    }
+    EXPECT_TRUE(dialog_selected(*defaults, L"wordpad.exe"));
+    const auto allowlist = read("enabled", R"({"dialogs":{"mode":"allowlist","excludedProcessNames":"x"}})", 2);
+    ASSERT_TRUE(allowlist);
+    EXPECT_EQ(allowlist->allowed, std::vector<std::wstring>{L"notepad.exe"});
+    EXPECT_EQ(allowlist->excluded.size(), 14u) << "not an array: the default";
+    EXPECT_FALSE(read("disabled", "{}", 3));
 }
