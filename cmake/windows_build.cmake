@@ -63,6 +63,7 @@ veldrake_wine_test_exe(veldrake_core_tests ${veldrake_core_test_sources} "${CMAK
 veldrake_wine_test_exe(veldrake_win32_tests ${veldrake_win32_test_sources})
 # The log-sharing test writes through a second process: this same program.
 veldrake_wine_test_exe(veldrake_e2e_tests ${veldrake_e2e_test_sources})
+target_link_libraries(veldrake_e2e_tests PRIVATE comdlg32)
 add_dependencies(veldrake_e2e_tests Veldrake.SystemTray veldrake_short_timers_tray veldrake_content)
 # The update tests' web host runs on the Linux side, from beside the harness.
 configure_file("${CMAKE_SOURCE_DIR}/Tests/e2e/update_server.py" "${veldrake_bin}/update_server.py" COPYONLY)

@@ -83,9 +83,9 @@ std::optional<DWORD> child_process::wait_exit(std::chrono::milliseconds timeout)
     return code;
 }
 
-void child_process::terminate() noexcept {
+void child_process::terminate(DWORD exit_code) noexcept {
     if (process_ && running()) {
-        TerminateProcess(process_.get(), 99);
+        TerminateProcess(process_.get(), exit_code);
         WaitForSingleObject(process_.get(), 5000);
     }
 }

@@ -60,7 +60,8 @@ public:
     // The exit code, or nothing if it still runs after `timeout`.
     std::optional<DWORD> wait_exit(std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;
     bool running() const { return !wait_exit(std::chrono::milliseconds(0)); }
-    void terminate() noexcept;
+    // Ends it with `exit_code`, as a crash or a kill would, and waits for its end.
+    void terminate(DWORD exit_code = 99) noexcept;
 
 private:
     unique_handle process_;

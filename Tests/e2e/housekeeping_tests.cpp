@@ -1,10 +1,14 @@
+#include "common/test_registry_win32.h"
 #include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "platform/string_conversion.h"
+#include "toasts/notification_window_win32.h"
 #include "tray_messages.h"
 
 #include <gtest/gtest.h>
+
+#include <fmt/xchar.h>
 
 #include <algorithm>
 
@@ -133,4 +137,51 @@ TEST_F(housekeeping, reconciles_at_start_and_for_a_new_explorer_and_launches_the
     EXPECT_EQ(hotkey.wait(1).size(), 1u);
     EXPECT_EQ(tray.close(), 0u);
     sibling_doubles::remove_control(controller);
+}
+
+// A file dialog of another program gets the controller's injection; a clean end of that program
+// records nothing, a crash with the hook in records it and tells the user, and its next dialog is
+// left alone.
+TEST_F(housekeeping, a_file_dialog_is_served_until_its_program_crashes_with_the_hook_in) {
+    const std::wstring crash_key = L"Software\\Kestrane\\Veldrake\\Corvane\\DialogCrashExclusions";
+    const std::wstring program = L"veldrake_e2e_tests.exe";
+    test_registry::delete_tree(HKEY_CURRENT_USER, crash_key);
+    const auto controller = tray_exe().parent_path() / L"Veldrake.ContextMenuReplacement.Controller.exe";
+    const auto runs = fresh_folder(L"dialog-controller") / L"record.txt";
+    sibling_doubles::control(controller, runs);
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    const auto injections = [&] {
+        auto records = sibling_doubles::read_records(runs);
+        std::erase_if(records, [](const auto& r) { return r.command_line.find(L"inject-dialog") == std::wstring::npos; });
+        return records;
+    };
+    const auto recorded = [&] { return test_registry::get_string(HKEY_CURRENT_USER, crash_key, program.c_str()); };
+    for (const DWORD exit_code : {0u, 0xC0000005u, 0xC0000005u}) {
+        SCOPED_TRACE(exit_code);
+        const size_t before = injections().size();
+        child_process child = child_process::start(this_program(), L"--file-dialog");
+        const HWND dialog = wait_for_window(child.id(), L"#32770");
+        ASSERT_NE(dialog, nullptr);
+        const bool served = recorded().empty();
+        if (served) {
+            ASSERT_TRUE(poll_until([&] { return injections().size() == before + 1; })) << "no injection request";
+            EXPECT_TRUE(injections().back().command_line.ends_with(
+                fmt::format(L" inject-dialog 0x{:X}", reinterpret_cast<uintptr_t>(dialog))));
+        } else {
+            EXPECT_FALSE(poll_until([&] { return injections().size() > before; }, 3s)) << "a recorded program is left alone";
+        }
+        EXPECT_TRUE(answers_within_a_second(tray.window()));
+        child.terminate(exit_code);
+        if (exit_code == 0) {
+            EXPECT_FALSE(poll_until([&] { return !recorded().empty(); }, 2s)) << "a clean end records nothing";
+        } else if (served) {
+            EXPECT_TRUE(poll_until([&] { return recorded().ends_with(L" exit 0xC0000005"); })) << to_utf8(recorded());
+            EXPECT_NE(wait_for_window(tray.process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS), nullptr)
+                << "the toast";
+        }
+    }
+    EXPECT_EQ(tray.close(), 0u);
+    sibling_doubles::remove_control(controller);
+    test_registry::delete_tree(HKEY_CURRENT_USER, crash_key);
 }

@@ -60,3 +60,17 @@ std::wstring crash_record(const local_time& t, uint32_t exit_code) {
 std::wstring inject_dialog_arguments(uintptr_t window) { return fmt::format(L"inject-dialog 0x{:X}", window); }
 
 }  // namespace housekeeping
+
+namespace housekeeping {
+
+std::wstring crash_toast_title(std::wstring_view process_name) {
+    return L"Corvane turned off for " + std::wstring(process_name);
+}
+
+std::wstring crash_toast_text(std::wstring_view process_name) {
+    return std::wstring(process_name) +
+           L" closed unexpectedly while Corvane was active in it, so Open and Save dialogs there show the Windows menu "
+           L"from now on. Click to turn it back on in Settings.";
+}
+
+}  // namespace housekeeping

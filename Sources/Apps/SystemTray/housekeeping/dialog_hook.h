@@ -38,3 +38,16 @@ std::wstring crash_record(const local_time& when, uint32_t exit_code);
 std::wstring inject_dialog_arguments(uintptr_t window);
 
 }  // namespace housekeeping
+
+namespace housekeeping {
+
+// The hook goes only into a process at the tray's own integrity level that is no AppContainer.
+constexpr bool integrity_allows(uint32_t own_level, uint32_t target_level, bool target_in_container) noexcept {
+    return !target_in_container && target_level == own_level;
+}
+
+// The toast after a crash: its title and text.
+std::wstring crash_toast_title(std::wstring_view process_name);
+std::wstring crash_toast_text(std::wstring_view process_name);
+
+}  // namespace housekeeping

@@ -2,6 +2,7 @@
 
 #include "housekeeping/reconcile_win32.h"
 
+#include "housekeeping/dialog_hook_win32.h"
 #include "housekeeping/reconcile.h"
 #include "installer_gate_win32.h"
 #include "logging/log.h"
@@ -30,7 +31,9 @@ void CALLBACK on_window_event(HWINEVENTHOOK, DWORD event, HWND window, LONG obje
     wchar_t class_name[256] = {};
     GetClassNameW(window, class_name, 256);
     e.class_name = class_name;
-    if (classify_window_event(e) != event_use::explorer_window) return;
+    const event_use use = classify_window_event(e);
+    if (use == event_use::dialog) return on_dialog_window(window);
+    if (use != event_use::explorer_window) return;
     DWORD process_id = 0;
     GetWindowThreadProcessId(window, &process_id);
     if (process_id == 0) return;
