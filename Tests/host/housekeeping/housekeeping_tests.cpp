@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 using namespace housekeeping;
 
 TEST(reconcile, retries_a_failed_controller_nine_times_and_stops_at_its_first_success) {
@@ -52,6 +54,18 @@ TEST(reconcile, each_explorer_process_asks_once_and_an_unreadable_name_asks_agai
         EXPECT_EQ(first_sight_of_explorer(seen, w.pid, w.image), w.first);
     }
     EXPECT_EQ(seen, (std::vector<uint32_t>{40, 52, 60}));
+}
+
+TEST(suite_shutdown, names_each_resident_and_module_pattern_once) {
+    for (const auto& list : {std::vector<const wchar_t*>(resident_process_names.begin(), resident_process_names.end()),
+                             std::vector<const wchar_t*>(shell_extension_modules.begin(), shell_extension_modules.end())}) {
+        std::set<std::wstring> names;
+        for (const wchar_t* name : list) {
+            ASSERT_NE(name, nullptr);
+            names.insert(name);
+        }
+        EXPECT_EQ(names.size(), list.size());
+    }
 }
 
 TEST(suite_shutdown, reports_what_it_closes_or_that_none_runs) {

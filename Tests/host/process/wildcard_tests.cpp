@@ -10,6 +10,7 @@ TEST(wildcard, matches_whole_names_with_stars_folding_only_a_to_z) {
         {L"Veldrake.Vantry*.dll", L"Veldrake.Vantry.dll.bak", false},
         {L"Veldrake.Vantry*.dll", L"xVeldrake.Vantry.dll", false},
         {L"Tessary.Tag.ShellExtension.dll", L"tessary.tag.shellextension.dll", true},
+        {L"ZIP*", L"zip.dll", true},
         {L"a.dll", L"a.dl", false},
         {L"abc", L"abcd", false},
         {L"", L"", true},
@@ -27,4 +28,8 @@ TEST(wildcard, matches_whole_names_with_stars_folding_only_a_to_z) {
         SCOPED_TRACE(to_utf8(c.pattern) + " ~ " + to_utf8(c.text));
         EXPECT_EQ(wildcard_match(c.pattern, c.text), c.match);
     }
+    // Views of longer strings: nothing past the pattern's end counts.
+    EXPECT_FALSE(wildcard_match(std::wstring_view(L"a*", 1), L"ab"));
+    EXPECT_TRUE(wildcard_match(std::wstring_view(L"a*", 1), L"a"));
+    EXPECT_TRUE(wildcard_match(std::wstring_view(L"*aa", 2), L"aa"));
 }

@@ -9,8 +9,6 @@
 namespace housekeeping {
 
 constexpr uint32_t RECONCILE_ATTEMPTS = 10;
-constexpr uint32_t RECONCILE_PAUSE_MS = 2000;
-constexpr uint32_t RECONCILE_DELAY_MS = 300;
 
 // After attempt `attempt` (1 to RECONCILE_ATTEMPTS) ended with `exit_code`.
 enum class reconcile_step { done, retry, give_up };

@@ -19,6 +19,9 @@ namespace housekeeping {
 
 namespace {
 
+constexpr uint32_t RECONCILE_PAUSE_MS = 2000;
+constexpr uint32_t RECONCILE_DELAY_MS = 300;  // after the last new Explorer window
+
 // Touched only on the window thread: the hook is out of context, so its callback runs there.
 HWINEVENTHOOK event_hook = nullptr;
 HWND hook_window = nullptr;

@@ -40,8 +40,6 @@ constexpr std::array<const wchar_t*, 12> shell_extension_modules = {
 };
 
 constexpr const wchar_t* SHELL_EXTENSION_HOST = L"dllhost.exe";
-constexpr uint32_t RESIDENT_GRACE_MS = 5000;
-constexpr uint32_t HOST_GRACE_MS = 1000;
 
 // "Resident processes: none running." or "Resident processes: closing 12 34".
 std::wstring shutdown_report(const wchar_t* label, const std::vector<uint32_t>& process_ids);

@@ -11,6 +11,14 @@
 
 namespace housekeeping {
 
+namespace {
+
+// Shared by all of a list, not given to each.
+constexpr uint32_t RESIDENT_GRACE_MS = 5000;
+constexpr uint32_t HOST_GRACE_MS = 1000;
+
+}  // namespace
+
 void shutdown_suite(const shutdown_progress& progress) {
     const auto residents = find_processes_by_name(resident_process_names);
     if (progress) progress(shutdown_report(L"Resident processes", residents));
