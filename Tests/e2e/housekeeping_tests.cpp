@@ -2,6 +2,7 @@
 #include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
+#include "platform/scope_exit.h"
 #include "platform/string_conversion.h"
 #include "toasts/notification_window_win32.h"
 #include "tray_messages.h"
@@ -11,6 +12,7 @@
 #include <fmt/xchar.h>
 
 #include <algorithm>
+#include <fstream>
 
 using namespace e2e;
 using namespace std::chrono_literals;
@@ -185,4 +187,22 @@ TEST_F(housekeeping, a_file_dialog_is_served_until_its_program_crashes_with_the_
     EXPECT_EQ(tray.close(), 0u);
     sibling_doubles::remove_control(controller);
     test_registry::delete_tree(HKEY_CURRENT_USER, crash_key);
+}
+
+// Wine has no AppX classes: a package file beside the tray cannot be read, which the pass logs once
+// and goes on without a crash.
+TEST_F(housekeeping, the_package_pass_logs_an_unreadable_package_and_the_tray_runs_on) {
+    const auto package = tray_exe().parent_path() / L"Veldrake.Corvane.msix";
+    std::ofstream(package, std::ios::binary) << "not a package";
+    const scope_exit remove([&] { std::filesystem::remove(package); });
+    const log_mark log(tray_log_file());
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    const std::string unreadable = "[WARNING] Cannot read the package identity of " + to_utf8(package.wstring());
+    EXPECT_TRUE(poll_until([&] {
+        const auto lines = log.messages();
+        return std::find(lines.begin(), lines.end(), unreadable) != lines.end();
+    }));
+    EXPECT_TRUE(answers_within_a_second(tray.window()));
+    EXPECT_EQ(tray.close(), 0u);
 }

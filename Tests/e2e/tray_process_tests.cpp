@@ -31,6 +31,8 @@ using tray_process = tray_test;
 
 // A second start while one runs exits 0 without a line; a start after Exit appends to the day's log.
 TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_silently_and_a_later_one_appends) {
+    const std::wstring key = L"Software\\Classes\\AppUserModelId\\Kestrane.Veldrake";
+    test_registry::delete_tree(HKEY_CURRENT_USER, key);  // written by this start, not an earlier one
     {
         running_tray first;
         ASSERT_NE(first.window(), nullptr) << "no window of class VeldrakeSystemTrayWnd";
@@ -38,7 +40,6 @@ TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_sil
         wchar_t title[64] = {};
         GetWindowTextW(first.window(), title, 64);
         EXPECT_STREQ(title, TRAY_WINDOW_TITLE);
-        const std::wstring key = L"Software\\Classes\\AppUserModelId\\Kestrane.Veldrake";
         EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"DisplayName"), L"Veldrake");
         EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri"),
                   (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());

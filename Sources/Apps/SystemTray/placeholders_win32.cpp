@@ -9,4 +9,3 @@ void tray_window::remove_microphone_icon() {}
 void tray_window::apply_microphone_settings() {}
 void tray_window::on_mic_state(WPARAM, LPARAM) {}
 void tray_window::start_shell_handler_repair() {}
-void tray_window::start_package_registrations() {}

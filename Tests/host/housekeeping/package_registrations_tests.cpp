@@ -130,4 +130,8 @@ TEST(package_registrations, quotes_for_powershell_and_prints_versions) {
     EXPECT_EQ(quote_for_powershell(L"C:\\Bob's 'Suite'"), L"'C:\\Bob''s ''Suite'''");
     EXPECT_EQ(quote_for_powershell(L""), L"''");
     EXPECT_EQ(version_text(v(1, 65535, 0, 7)), L"1.65535.0.7");
+    EXPECT_TRUE(other_build_hook(L"Veldrake.ContextMenuReplacement.Hook.1.0.9.0.dll"));
+    EXPECT_TRUE(other_build_hook(L"VELDRAKE.CONTEXTMENUREPLACEMENT.HOOK.dll"));
+    EXPECT_FALSE(other_build_hook(L"veldrake.contextmenureplacement.hook.1.0.10.0.dll")) << "this build's own";
+    EXPECT_FALSE(other_build_hook(L"Veldrake.Paste.ShellExtension.dll"));
 }

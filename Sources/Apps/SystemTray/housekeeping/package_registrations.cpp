@@ -1,5 +1,7 @@
 #include "housekeeping/package_registrations.h"
 
+#include "process/wildcard.h"
+
 #include <fmt/format.h>
 #include <fmt/xchar.h>
 
@@ -31,6 +33,11 @@ std::wstring quote_for_powershell(std::wstring_view text) {
     std::wstring quoted = L"'";
     for (const wchar_t c : text) quoted += c == L'\'' ? L"''" : std::wstring(1, c);
     return quoted + L"'";
+}
+
+bool other_build_hook(std::wstring_view module_name) {
+    return wildcard_match(L"Veldrake.ContextMenuReplacement.Hook*.dll", module_name) &&
+           !wildcard_match(L"Veldrake.ContextMenuReplacement.Hook.1.0.10.0.dll", module_name);
 }
 
 std::wstring version_text(uint64_t v) {

@@ -51,6 +51,9 @@ void complete_package_registrations(package_port& port, const std::filesystem::p
 // A PowerShell single-quoted string: each ' doubled, and one before and one behind.
 std::wstring quote_for_powershell(std::wstring_view text);
 
+// Whether a module that Explorer holds is the Corvane hook of another build than this one.
+bool other_build_hook(std::wstring_view module_name);
+
 // "1.2.3.4" from a packed version.
 std::wstring version_text(uint64_t version);
 
