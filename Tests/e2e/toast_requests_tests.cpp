@@ -77,8 +77,10 @@ TEST_F(toast_requests, a_click_on_a_toast_starts_what_its_request_names) {
         ASSERT_NE(notification, nullptr) << "no notification from the tray";
         RECT r{};
         GetWindowRect(notification, &r);
-        EXPECT_TRUE(desktop::find_colour({r.right - 8, r.bottom - 8, r.right - 4, r.bottom - 4}, c.dark ? 0x2B2B2B : 0xF9F9F9, 2))
-            << "the background";
+        EXPECT_TRUE(poll_until([&] {
+            return desktop::find_colour({r.right - 8, r.bottom - 8, r.right - 4, r.bottom - 4}, c.dark ? 0x2B2B2B : 0xF9F9F9, 2)
+                .has_value();
+        })) << "the background, once painted";
         desktop::keep_picture(c.dark ? L"toast-dark" : L"toast-light", r);
         ASSERT_TRUE(desktop::click({(r.left + r.right) / 2, (r.top + r.bottom) / 2}, 1));
         EXPECT_EQ(runs.wait(), std::vector<std::vector<std::wstring>>{c.arguments});

@@ -30,17 +30,15 @@ std::vector<uint32_t> reconciled_explorer_pids;
 void CALLBACK on_window_event(HWINEVENTHOOK, DWORD event, HWND window, LONG object_id, LONG child_id, DWORD, DWORD) {
     // Every child object of every window of the session comes here: the cheap tests first.
     if (event != EVENT_OBJECT_CREATE || !window || object_id != OBJID_WINDOW || child_id != CHILDID_SELF) return;
-    window_event e{event, true, object_id, child_id, {}};
-    wchar_t class_name[256] = {};
-    GetClassNameW(window, class_name, 256);
-    e.class_name = class_name;
-    const event_use use = classify_window_event(e);
-    if (use == event_use::dialog) return on_dialog_window(window);
-    if (use != event_use::explorer_window) return;
-    DWORD process_id = 0;
-    GetWindowThreadProcessId(window, &process_id);
-    if (process_id == 0) return;
     try {
+        wchar_t class_name[256] = {};
+        GetClassNameW(window, class_name, 256);
+        const window_event e{event, true, object_id, child_id, class_name};
+        const event_use use = classify_window_event(e);
+        if (use == event_use::dialog) return on_dialog_window(window);
+        if (use != event_use::explorer_window) return;
+        DWORD process_id = 0;
+        GetWindowThreadProcessId(window, &process_id);
         if (!first_sight_of_explorer(reconciled_explorer_pids, process_id, process_image_name(process_id))) return;
         DWORD shell_process = 0;
         GetWindowThreadProcessId(GetShellWindow(), &shell_process);
@@ -50,7 +48,7 @@ void CALLBACK on_window_event(HWINEVENTHOOK, DWORD event, HWND window, LONG obje
                      process_id, e.class_name,
                      shell_process == process_id ? L"the shell process" : L"not the shell process - a secondary Explorer");
     } catch (...) {
-        return;  // out of memory for the list or the line: this window goes unnoticed
+        return;  // out of memory for a name, the list or the line: this window goes unnoticed
     }
     // Set again, the timer starts over: a burst of new Explorers gives one reconcile.
     if (hook_window) SetTimer(hook_window, TIMER_RECONCILE_DELAY, RECONCILE_DELAY_MS, nullptr);
