@@ -129,4 +129,15 @@ TEST(dialog_hook, settings_default_to_all_except_the_listed_programs_and_an_abse
     EXPECT_EQ(allowlist->allowed, std::vector<std::wstring>{L"notepad.exe"});
     EXPECT_EQ(allowlist->excluded.size(), 14u) << "not an array: the default";
     EXPECT_FALSE(read("disabled", "{}", 3));
+    settings_sandbox::write(sandbox.user_file(), R"({"apps":[{"app_id":"tessary","status":"enabled","settings":{}}]})", 4);
+    settings->reload_if_changed(false);
+    dialog_settings absent;
+    EXPECT_FALSE(read_dialog_settings(*settings, absent)) << "no record of the app: no hook";
+}
+
+TEST(dialog_hook, serves_only_processes_at_the_trays_own_integrity_outside_app_containers) {
+    EXPECT_TRUE(integrity_allows(0x2000, 0x2000, false));
+    EXPECT_FALSE(integrity_allows(0x2000, 0x3000, false)) << "an elevated program";
+    EXPECT_FALSE(integrity_allows(0x3000, 0x2000, false)) << "a program below an elevated tray";
+    EXPECT_FALSE(integrity_allows(0x1000, 0x1000, true)) << "an AppContainer";
 }

@@ -84,6 +84,7 @@ TEST(package_registrations, updates_only_what_is_registered_behind_its_file_or_u
         complete_package_registrations(c.port, "C:/Suite");
         EXPECT_EQ(c.port.lines, c.lines);
         EXPECT_EQ(c.port.commands.size(), c.lines.size() / 2);
+        EXPECT_EQ(c.port.sleeps, std::vector<uint32_t>(c.port.commands.size(), 2000)) << "a good attempt settles 2 s";
     }
 }
 
