@@ -40,6 +40,8 @@ TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_sil
         wchar_t title[64] = {};
         GetWindowTextW(first.window(), title, 64);
         EXPECT_STREQ(title, TRAY_WINDOW_TITLE);
+        // Written while the window is being created, so the window can be found a moment before them.
+        poll_until([&] { return !test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri").empty(); });
         EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"DisplayName"), L"Veldrake");
         EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri"),
                   (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());
