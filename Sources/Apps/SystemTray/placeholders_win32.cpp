@@ -8,4 +8,3 @@ void tray_window::toggle_microphone_mute() {}
 void tray_window::remove_microphone_icon() {}
 void tray_window::apply_microphone_settings() {}
 void tray_window::on_mic_state(WPARAM, LPARAM) {}
-void tray_window::start_shell_handler_repair() {}

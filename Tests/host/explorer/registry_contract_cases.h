@@ -1,0 +1,200 @@
+#pragma once
+
+// The contract of the shell handler repair and the treatment overrides, compiled into both the host
+// tests (the in-memory registry) and the Win32 tests (a throwaway key of the real registry under Wine).
+#include "explorer/shell_handler_repair.h"
+#include "explorer/shell_repair_run.h"
+#include "explorer/thumbnail_treatment.h"
+#include "platform/string_conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+struct registry_under_test {
+    virtual ~registry_under_test() = default;
+    virtual explorer::registry_port& port() = 0;
+    // Test set-up in any hive; the key is created.
+    virtual void plant(explorer::hive root, const std::wstring& key, const std::wstring& name, const explorer::raw_value& value) = 0;
+};
+// Each test program defines it for its own registry.
+std::unique_ptr<registry_under_test> make_registry_under_test();
+
+namespace registry_contract {
+
+using namespace explorer;
+const std::wstring CLS = SUITE_HANDLER_CLASS, IID = THUMBNAIL_PROVIDER_INTERFACE;
+const std::wstring OTHER = L"{00000000-1111-2222-3333-444444444444}";
+const std::wstring ASSOC = L"Software\\Classes\\SystemFileAssociations\\";
+
+inline raw_value text(const std::wstring& s) { return {REG_SZ_TYPE, string_bytes(s)}; }
+inline raw_value dword(uint32_t n) { return {REG_DWORD_TYPE, std::string(reinterpret_cast<const char*>(&n), 4)}; }
+inline std::wstring icon_key(const std::wstring& name) { return L"Software\\Classes\\" + name + L"\\ShellEx\\IconHandler"; }
+inline std::wstring thumb_key(const std::wstring& name) { return L"Software\\Classes\\" + name + L"\\ShellEx\\" + IID; }
+
+struct test_registry {
+    std::unique_ptr<registry_under_test> r = make_registry_under_test();
+    std::vector<std::wstring> lines;
+    void plant(const std::wstring& key, const std::wstring& name, const raw_value& value, hive root = hive::current_user) {
+        r->plant(root, key, name, value);
+    }
+    // A claimed type: both claims name `class_id`.
+    void claim(const std::wstring& ext, const std::wstring& class_id = CLS) {
+        plant(ASSOC + ext + L"\\ShellEx\\IconHandler", L"", text(class_id));
+        plant(ASSOC + ext + L"\\ShellEx\\" + IID, L"", text(class_id));
+    }
+    // An image type that the suite's provider serves.
+    void image_type(const std::wstring& ext, const std::wstring& perceived = L"image") {
+        plant(ASSOC + ext + L"\\ShellEx\\" + IID, L"", text(CLS));
+        plant(ext, L"PerceivedType", text(perceived), hive::classes_root);
+    }
+    std::wstring read(const std::wstring& key, const std::wstring& name = L"") {
+        return read_registry_string(r->port(), hive::current_user, key, name);
+    }
+    std::optional<raw_value> query(const std::wstring& key, const std::wstring& name) {
+        return r->port().query(hive::current_user, key, name, 2048);
+    }
+    log_line sink() { return [this](log_severity, const std::wstring& line) { lines.push_back(line); }; }
+    int32_t repair(const std::wstring& ext) { return repair_hijacked_handlers(r->port(), {ext}, CLS, IID, REMEMBERED_ICON_HANDLER, sink()); }
+    int32_t treat(bool suppress) { return apply_thumbnail_treatment_overrides(r->port(), suppress, CLS, IID, TREATMENT_MARKER); }
+};
+
+TEST(registry_contract, hijack_from_each_prog_id_source_is_repaired_once) {
+    const struct { const char* source; hive root; std::wstring key, name; } cases[] = {
+        {"user choice", hive::current_user, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\.vdk\\UserChoice", L"ProgId"},
+        {"user classes", hive::current_user, L"Software\\Classes\\.vdk", L""},
+        {"classes root", hive::classes_root, L".vdk", L""},
+        {"user open-with", hive::current_user, L"Software\\Classes\\.vdk\\OpenWithProgids", L"Foo.Doc"},
+        {"machine open-with", hive::local_machine, L"Software\\Classes\\.vdk\\OpenWithProgids", L"Foo.Doc"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.source);
+        test_registry t;
+        t.claim(L".vdk");
+        t.plant(c.key, c.name, text(c.name.empty() || c.name == L"ProgId" ? L"Foo.Doc" : L""), c.root);
+        t.plant(icon_key(L"Foo.Doc"), L"", text(OTHER));
+        EXPECT_EQ(t.repair(L"vdk"), 2);
+        EXPECT_EQ(t.lines, (std::vector<std::wstring>{L"Repaired hijacked icon handler registration for .vdk",
+                                                      L"Repaired hijacked thumbnail provider registration for .vdk"}));
+        EXPECT_EQ(t.read(icon_key(L"Foo.Doc")) + t.read(icon_key(L"Foo.Doc"), REMEMBERED_ICON_HANDLER), CLS + OTHER);
+        EXPECT_EQ(t.read(thumb_key(L"Foo.Doc")) + t.read(thumb_key(L".vdk")), CLS + CLS);
+        EXPECT_EQ(t.repair(L".vdk"), 0) << "a second run finds everything in place";
+    }
+}
+
+TEST(registry_contract, unclaimed_type_is_left_alone) {
+    for (const std::wstring& claimed : {std::wstring(), OTHER}) {
+        SCOPED_TRACE(to_utf8(claimed));
+        test_registry t;
+        if (!claimed.empty()) t.claim(L".vdk", claimed);
+        t.plant(L"Software\\Classes\\.vdk", L"", text(L"Foo.Doc"));
+        t.plant(icon_key(L"Foo.Doc"), L"", text(OTHER));
+        EXPECT_EQ(t.repair(L".vdk"), 0);
+        EXPECT_EQ(t.read(icon_key(L"Foo.Doc")) + t.read(thumb_key(L".vdk")), OTHER);
+    }
+}
+
+TEST(registry_contract, original_is_remembered_once_and_only_when_foreign) {
+    const std::wstring key = icon_key(L"Foo.Doc");
+    const auto none = std::nullopt;
+    const struct { std::optional<std::wstring> present, remembered_before, remembered_after; } cases[] = {
+        {OTHER, none, OTHER}, {OTHER, L"{first}", L"{first}"}, {OTHER, L"", L""}, {CLS, none, none}, {L"", none, none},
+        {none, none, none}, {fold_case(CLS), none, fold_case(CLS)},  // the remembering test alone compares exactly
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(to_utf8(c.present.value_or(L"(none)") + L" / " + c.remembered_before.value_or(L"(none)")));
+        test_registry t;
+        if (c.present) t.plant(key, L"", text(*c.present));
+        if (c.remembered_before) t.plant(key, REMEMBERED_ICON_HANDLER, text(*c.remembered_before));
+        write_handler_value(t.r->port(), key, L"", CLS, REMEMBERED_ICON_HANDLER);
+        EXPECT_EQ(t.read(key), CLS);
+        EXPECT_EQ(as_string(t.query(key, REMEMBERED_ICON_HANDLER)), c.remembered_after);
+    }
+}
+
+TEST(registry_contract, appx_prog_ids_are_never_touched) {
+    for (const std::wstring id : {L"AppX4hxtad77fbk3jkkeerkrm0ze94wjf3s9", L"appxq", L"APPX"}) {
+        SCOPED_TRACE(to_utf8(id));
+        test_registry t;
+        t.claim(L".vdk");
+        t.plant(thumb_key(L".vdk"), L"", text(CLS));
+        t.plant(L"Software\\Classes\\.vdk\\OpenWithProgids", id, text(L""));
+        EXPECT_EQ(t.repair(L".vdk"), 0);
+        EXPECT_FALSE(t.query(L"Software\\Classes\\" + id, L"")) << "never created";
+    }
+}
+
+TEST(registry_contract, claims_and_handlers_compare_case_folded) {
+    const struct { std::wstring claim, handler; } cases[] = {
+        {fold_case(CLS), CLS}, {CLS, fold_case(CLS)}, {L"{931cc9dd-9E0F-4fa1-AA06-229d0372956a}", fold_case(CLS)}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(to_utf8(c.claim + L" / " + c.handler));
+        test_registry t;
+        t.claim(L".vdk", c.claim);
+        t.plant(L"Software\\Classes\\.vdk", L"", text(L"Foo.Doc"));
+        t.plant(L"Software\\Classes\\.vdk\\OpenWithProgids", L"FOO.DOC", text(L""));
+        for (const auto& key : {icon_key(L"Foo.Doc"), thumb_key(L"Foo.Doc"), thumb_key(L".vdk")}) t.plant(key, L"", text(c.handler));
+        EXPECT_EQ(t.repair(L".VDK"), 0);
+        EXPECT_EQ(t.read(ASSOC + L".vdk\\ShellEx\\IconHandler") + t.read(icon_key(L"Foo.Doc")), c.claim + c.handler) << "not rewritten";
+    }
+}
+
+TEST(registry_contract, ico_never_gets_an_override_and_loses_an_old_one) {
+    for (const bool marked : {false, true}) {
+        SCOPED_TRACE(marked);
+        test_registry t;
+        t.image_type(L".ico");
+        if (marked) t.plant(ASSOC + L".ico", L"Treatment", dword(0)), t.plant(ASSOC + L".ico", TREATMENT_MARKER, dword(1));
+        EXPECT_EQ(t.treat(true), marked ? 1 : 0);
+        EXPECT_FALSE(t.query(ASSOC + L".ico", L"Treatment"));
+        EXPECT_FALSE(has_treatment_marker(t.r->port(), L".ico", TREATMENT_MARKER));
+    }
+}
+
+TEST(registry_contract, treatment_string_is_replaced_and_foreign_dword_left_alone) {
+    const auto none = std::nullopt;
+    const struct { const char* label; std::optional<raw_value> before; bool marked, suppress; std::wstring perceived;
+                   int32_t count; std::optional<uint32_t> after; bool marked_after; } cases[] = {
+        {"absent", none, false, true, L"image", 1, 0u, true},
+        {"string", text(L"2"), false, true, L"Image", 1, 0u, true},
+        {"foreign dword", dword(1), false, true, L"image", 0, 1u, false},
+        {"ours, still wanted", dword(0), true, true, L"image", 0, 0u, true},
+        {"ours, suppress off", dword(0), true, false, L"image", 1, none, false},
+        {"ours, no longer an image", dword(0), true, true, L"text", 1, none, false},
+        {"not wanted, nothing set", none, false, false, L"image", 0, none, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.label);
+        test_registry t;
+        t.image_type(L".png", c.perceived);
+        t.plant(ASSOC + L"png", L"Treatment", text(L"no dot: skipped"));
+        if (c.before) t.plant(ASSOC + L".png", L"Treatment", *c.before);
+        if (c.marked) t.plant(ASSOC + L".png", TREATMENT_MARKER, dword(1));
+        EXPECT_EQ(t.treat(c.suppress), c.count);
+        EXPECT_EQ(as_dword(t.query(ASSOC + L".png", L"Treatment")), c.after);
+        EXPECT_EQ(has_treatment_marker(t.r->port(), L".png", TREATMENT_MARKER), c.marked_after);
+        EXPECT_EQ(t.read(ASSOC + L"png", L"Treatment"), L"no dot: skipped");
+    }
+}
+
+TEST(registry_contract, shell_is_told_only_of_a_change) {
+    const struct { const char* label; bool hijacked, marked; repair_choice choice; bool told; } cases[] = {
+        {"all in place", false, false, {true, false}, false}, {"a hijack", true, false, {true, false}, true},
+        {"an override to set", false, false, {true, true}, true}, {"overlays off, nothing marked", true, false, {false, false}, false},
+        {"overlays off, a marker to remove", true, true, {false, false}, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.label);
+        test_registry t;
+        t.claim(L".png");
+        t.image_type(L".png");
+        t.plant(thumb_key(L".png"), L"", text(c.hijacked ? OTHER : CLS));
+        if (c.marked) t.plant(ASSOC + L".png", TREATMENT_MARKER, dword(1));
+        EXPECT_EQ(run_shell_handler_repair(t.r->port(), c.choice, t.sink()), c.told);
+        EXPECT_EQ(t.lines.empty(), !c.told);
+    }
+}
+
+}  // namespace registry_contract

@@ -1,0 +1,87 @@
+#include "explorer/file_type_tables.h"
+#include "explorer/shell_handler_repair.h"
+#include "explorer/shell_repair_run.h"
+#include "host/explorer/fake_registry.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace explorer;
+using namespace std::string_literals;
+
+TEST(registry_port, string_values_need_a_string_type_and_a_terminator) {
+    const struct { const char* label; uint32_t type; std::string bytes; std::optional<std::wstring> text; } cases[] = {
+        {"REG_SZ", REG_SZ_TYPE, "a\0\x01\x01\0\0"s, L"a\x0101"}, {"REG_EXPAND_SZ, unexpanded", REG_EXPAND_SZ_TYPE, "%\0\0\0"s, L"%"},
+        {"zero bytes", REG_SZ_TYPE, "", L""}, {"odd byte count", REG_SZ_TYPE, "a\0\0"s, std::nullopt},
+        {"no terminator", REG_SZ_TYPE, "a\0b\0"s, std::nullopt}, {"half a terminator", REG_SZ_TYPE, "a\0\0b"s, std::nullopt},
+        {"REG_DWORD", REG_DWORD_TYPE, "a\0\0\0"s, std::nullopt}, {"REG_MULTI_SZ", 7, "a\0\0\0"s, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.label);
+        EXPECT_EQ(as_string(raw_value{c.type, c.bytes}), c.text);
+    }
+    EXPECT_EQ(as_string(std::nullopt), std::nullopt);
+    EXPECT_EQ(as_dword(raw_value{REG_DWORD_TYPE, "\x01\x02\x03\x04"s}), 0x04030201u);
+    EXPECT_EQ(as_dword(raw_value{REG_DWORD_TYPE, "\x01\x02\x03"s}), std::nullopt);
+    EXPECT_EQ(as_dword(raw_value{REG_SZ_TYPE, "\x01\x02\x03\x04"s}), std::nullopt);
+}
+
+TEST(shell_handler_repair, prog_ids_come_in_source_order_without_repeats) {
+    fake_registry r;
+    const auto plant = [&](hive root, const std::wstring& key, const std::wstring& name, const std::wstring& data) {
+        r.plant(root, key, name, {REG_SZ_TYPE, string_bytes(data)});
+    };
+    r.associations[L".vdk"] = L"A.Assoc";
+    plant(hive::current_user, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\.vdk\\UserChoice", L"ProgId", L"B.Choice");
+    plant(hive::current_user, L"Software\\Classes\\.vdk", L"", L"C.User");
+    plant(hive::classes_root, L".vdk", L"", L"*");
+    for (const auto* name : {L"a.assoc", L"D.OpenWith", L"AppXfoo"}) plant(hive::current_user, L"Software\\Classes\\.vdk\\OpenWithProgids", name, L"");
+    for (const auto* name : {L"E.Machine", L"C.USER", L""}) plant(hive::local_machine, L"Software\\Classes\\.vdk\\OpenWithProgids", name, L"");
+    EXPECT_EQ(collect_prog_ids(r, L"vdk"), (std::vector<std::wstring>{L"A.Assoc", L"B.Choice", L"C.User", L"D.OpenWith", L"E.Machine"}));
+    EXPECT_TRUE(collect_prog_ids(r, L"").empty());
+    plant(hive::classes_root, L".vdk", L"", L"F.Root");
+    EXPECT_EQ(collect_prog_ids(r, L".vdk").at(3), L"F.Root");
+}
+
+TEST(shell_handler_repair, empty_arguments_do_nothing) {
+    fake_registry r;
+    r.plant(hive::current_user, L"Software\\Classes\\SystemFileAssociations\\.vdk\\ShellEx\\IconHandler", L"",
+            {REG_SZ_TYPE, string_bytes(SUITE_HANDLER_CLASS)});
+    EXPECT_TRUE(icon_handler_is_registered(r, L".vdk", SUITE_HANDLER_CLASS));
+    EXPECT_FALSE(icon_handler_is_registered(r, L"", SUITE_HANDLER_CLASS) || icon_handler_is_registered(r, L".vdk", L""));
+    EXPECT_FALSE(thumbnail_provider_is_registered(r, L".vdk", SUITE_HANDLER_CLASS, L""));
+    const int before = r.calls;
+    register_icon_handler(r, L"", SUITE_HANDLER_CLASS, REMEMBERED_ICON_HANDLER);
+    register_thumbnail_provider(r, L".vdk", SUITE_HANDLER_CLASS, L"", REMEMBERED_THUMBNAIL_PROVIDER);
+    EXPECT_EQ(repair_hijacked_handlers(r, {L"", L".vdk"}, L"", THUMBNAIL_PROVIDER_INTERFACE, L"x", {}), 0);
+    EXPECT_EQ(r.calls, before);
+}
+
+TEST(shell_handler_repair, a_key_that_cannot_be_written_ends_the_run_with_one_line) {
+    fake_registry r;
+    r.plant(hive::current_user, L"Software\\Classes\\SystemFileAssociations\\.png\\ShellEx\\IconHandler", L"",
+            {REG_SZ_TYPE, string_bytes(SUITE_HANDLER_CLASS)});
+    r.plant(hive::current_user, L"Software\\Classes\\.png", L"", {REG_SZ_TYPE, string_bytes(L"Foo.Doc")});
+    r.refuse_writes = true;
+    std::vector<std::wstring> lines;
+    EXPECT_FALSE(run_shell_handler_repair(r, {true, true}, [&](log_severity level, const std::wstring& line) {
+        if (level == log_severity::error) lines.push_back(line);
+    }));
+    EXPECT_EQ(lines, std::vector<std::wstring>{L"repair_shell_handler_registrations_async failed: Failed to create/open registry key"});
+}
+
+TEST(file_type_tables, repair_list_is_the_known_types_and_mp3) {
+    ASSERT_EQ(known_file_types.size() + 1, repair_extension_list.size());
+    EXPECT_EQ(repair_extension_list.size(), 62u);
+    EXPECT_TRUE(std::equal(known_file_types.begin(), known_file_types.end(), repair_extension_list.begin()));
+    EXPECT_EQ(repair_extension_list.back(), ".mp3");
+    EXPECT_EQ(std::count(repair_extension_list.begin(), repair_extension_list.end(), ".wmv"), 0);
+    for (const auto* table : {&known_file_types, &embedded_metadata_types, &rich_preview_types, &photo_types}) {
+        for (const auto& ext : *table) {
+            SCOPED_TRACE(ext);
+            EXPECT_TRUE(ext.front() == '.' && std::none_of(ext.begin(), ext.end(), [](char c) { return c >= 'A' && c <= 'Z'; }));
+            EXPECT_EQ(std::count(table->begin(), table->end(), ext), 1);
+        }
+    }
+}
