@@ -11,6 +11,7 @@ struct tray_timings {
     uint64_t stall_threshold_ms;
     uint32_t version_first_check_ms;
     uint32_t version_check_ms;
+    uint32_t explorer_give_up_ms;  // a new Explorer window's steps end after this
     bool for_tests;  // such an exe says so in its log
 };
 
