@@ -15,8 +15,8 @@ namespace explorer {
 namespace {
 
 void repair_shell_handler_registrations_async() noexcept {
-    const log_line log = [](log_severity level, const std::wstring& line) { logging::log(level, L"{}", line); };
     try {
+        const log_line log = [](log_severity level, const std::wstring& line) { logging::log(level, L"{}", line); };
         high_level_settings::settings_file settings;
         const auto choice = read_repair_choice(settings);
         if (!choice) return;
