@@ -10,7 +10,7 @@ using namespace explorer;
 TEST(explorer_settings, the_tessary_record_decides_the_repair_and_the_pane) {
     using enum navigation_display_mode;
     const struct { const char* status; const char* settings; bool in_use, suppress; navigation_display_mode filters, pins; } cases[] = {
-        {"enabled", "{}", true, true, expand_first, expand_first},
+        {"enabled", "{}", true, true, expand_first, expand_first}, {nullptr, "no tessary record", true, true, expand_first, expand_first},
         {"disabled", "{}", false, false, off, off},
         {"enabled", R"({"general.showTagsAsIconOverlay":false,"general.roundedThumbnailCorners":false})", true, false, expand_first, expand_first},
         {"enabled", R"({"general.showTagsAsIconOverlay":false,"general.showRatingAsIconOverlay":false})", false, false, expand_first, expand_first},
@@ -21,8 +21,8 @@ TEST(explorer_settings, the_tessary_record_decides_the_repair_and_the_pane) {
         SCOPED_TRACE(c.settings);
         settings_sandbox sandbox;
         const auto file = sandbox.open();
-        settings_sandbox::write(sandbox.user_file(), fmt::format(R"({{"apps":[{{"app_id":"tessary","status":"{}","settings":{}}}]}})",
-                                                                 c.status, c.settings), 1);
+        settings_sandbox::write(sandbox.user_file(), c.status ? fmt::format(R"({{"apps":[{{"app_id":"tessary","status":"{}","settings":{}}}]}})",
+                                                                            c.status, c.settings) : R"({"apps":[]})", 1);
         const auto choice = read_repair_choice(*file);
         ASSERT_TRUE(choice);
         EXPECT_EQ(std::pair(choice->handlers_in_use, choice->suppress), std::pair(c.in_use, c.suppress));
