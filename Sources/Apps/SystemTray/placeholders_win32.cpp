@@ -3,9 +3,4 @@
 // Handlers whose subsystems are not built yet. Each does nothing until its module takes it over;
 // the tray runs its timers, icons callbacks and commands through them all the same.
 
-void tray_window::refresh_mic_state_async() {}
-void tray_window::toggle_microphone_mute() {}
-void tray_window::remove_microphone_icon() {}
-void tray_window::apply_microphone_settings() {}
-void tray_window::on_mic_state(WPARAM, LPARAM) {}
 void tray_window::start_shell_handler_repair() {}

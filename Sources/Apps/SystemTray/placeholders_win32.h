@@ -7,13 +7,3 @@
 #include <atomic>
 #include <filesystem>
 #include <string>
-
-namespace microphone_mute {
-// Follows the default microphone's mute state.
-class mute_monitor {
-public:
-    bool started() const noexcept { return false; }
-    void rearm_on_default_device() noexcept {}
-    void stop() noexcept {}
-};
-}  // namespace microphone_mute

@@ -6,6 +6,9 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <tuple>
+
 using namespace microphone;
 namespace mm = microphone_mute;
 

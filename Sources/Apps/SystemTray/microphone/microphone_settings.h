@@ -7,7 +7,7 @@ class settings_file;
 namespace microphone {
 
 struct show_settings {
-    bool when_muted = true, when_on = true;
+    bool when_muted, when_on;
 };
 
 // The two settings of the media-keys app; both false while that app is disabled.
