@@ -33,14 +33,15 @@ TEST(microphone_state, a_toggle_makes_a_running_request_stale) {
     const uint64_t request = begin_state_request(s).value();
     const uint64_t toggle = begin_toggle(s);
     EXPECT_EQ(toggle, request + 1);
-    // The toggle's result shows at once and ends no request; the older read changes nothing but ends it.
-    EXPECT_TRUE(on_mic_state(s, mm::toggle_result_flags(true), toggle).update_icon);
-    EXPECT_TRUE(s.mic_muted && s.mic_refresh_in_flight);
-    const state_outcome stale = on_mic_state(s, mm::state_request_flags(true, false), request);
-    EXPECT_FALSE(stale.update_icon || stale.repeat_request || !s.mic_muted || s.mic_refresh_in_flight);
+    // The toggle's result shows at once (by default in either state) and ends no request; the older
+    // read changes nothing but ends it.
+    EXPECT_TRUE(on_mic_state(s, mm::toggle_result_flags(false), toggle).update_icon);
+    EXPECT_TRUE(!s.mic_muted && s.mic_present && s.mic_refresh_in_flight);
+    const state_outcome stale = on_mic_state(s, mm::state_request_flags(true, true), request);
+    EXPECT_FALSE(stale.update_icon || stale.repeat_request || s.mic_muted || s.mic_refresh_in_flight);
     s.mic_monitoring = false;
-    EXPECT_FALSE(on_mic_state(s, mm::toggle_result_flags(false), toggle).update_icon);
-    EXPECT_TRUE(s.mic_muted) << "without monitoring a current result is dropped too";
+    EXPECT_FALSE(on_mic_state(s, mm::toggle_result_flags(true), toggle).update_icon);
+    EXPECT_FALSE(s.mic_muted) << "without monitoring a current result is dropped too";
 }
 
 TEST(microphone_state, a_result_updates_the_icon_only_when_the_wanted_shape_changes) {
@@ -76,10 +77,11 @@ TEST(microphone_state, a_result_updates_the_icon_only_when_the_wanted_shape_chan
 
 TEST(microphone_state, settings_start_stop_retry_and_redraw_the_icon) {
     state s;
-    settings_plan p = apply_settings(s, true, false, false, false);
+    settings_plan p = apply_settings(s, true, true, false, false);
     EXPECT_TRUE(p.start_monitor && s.mic_monitoring && !p.update_icon && !p.retry_endpoint);
-    s.mic_present = s.mic_muted = true;
-    p = apply_settings(s, true, true, false, false);
+    EXPECT_FALSE(apply_settings(s, true, true, true, false).update_icon) << "no microphone known before a result";
+    s.mic_present = s.mic_muted = s.mic_icon_shown = true;
+    p = apply_settings(s, true, false, false, false);
     EXPECT_TRUE(p.retry_endpoint && p.update_icon && !p.start_monitor) << "no endpoint watched; a setting changed";
     // Unchanged settings: the wanted shape against the shown one, the theme included.
     const struct { bool shown, icon_dark, dark, present, update; } ticks[] = {
@@ -91,7 +93,7 @@ TEST(microphone_state, settings_start_stop_retry_and_redraw_the_icon) {
         s.mic_icon_shown = t.shown;
         s.mic_icon_dark = t.icon_dark;
         s.mic_present = t.present;
-        p = apply_settings(s, true, true, true, t.dark);
+        p = apply_settings(s, true, false, true, t.dark);
         EXPECT_EQ(p.update_icon, t.update);
         EXPECT_FALSE(p.retry_endpoint || p.start_monitor || p.stop_monitor);
     }
@@ -101,15 +103,16 @@ TEST(microphone_state, settings_start_stop_retry_and_redraw_the_icon) {
 }
 
 TEST(microphone_state, settings_come_from_media_keys_and_are_off_while_it_is_disabled) {
-    for (const auto& [status, general, when_muted, when_on] :
-         {std::tuple{"enabled", R"({"showMicrophoneOnTrayIcon": false})", true, false},
-          {"enabled", R"({"showMicrophoneMuteTrayIcon": false})", false, true}, {"disabled", "{}", false, false}}) {
+    for (const auto& [app, status, general, when_muted, when_on] :
+         {std::tuple{"media-keys", "enabled", R"({"showMicrophoneOnTrayIcon": false})", true, false},
+          {"media-keys", "enabled", R"({"showMicrophoneMuteTrayIcon": false})", false, true},
+          {"media-keys", "disabled", "{}", false, false}, {"other", "disabled", "{}", true, true}}) {
         SCOPED_TRACE(general);
         settings_sandbox sandbox;
         auto file = sandbox.open();
         settings_sandbox::write(sandbox.user_file(),
-                                fmt::format(R"({{"apps":[{{"app_id":"media-keys","status":"{}",)"
-                                            R"("settings":{{"general":{}}}}}]}})", status, general), 1);
+                                fmt::format(R"({{"apps":[{{"app_id":"{}","status":"{}",)"
+                                            R"("settings":{{"general":{}}}}}]}})", app, status, general), 1);
         ASSERT_TRUE(file->reload_if_changed(false));
         const show_settings read = read_show_settings(*file);
         EXPECT_EQ(std::pair(read.when_muted, read.when_on), std::pair(when_muted, when_on));
@@ -133,6 +136,7 @@ TEST(microphone_state, the_icon_looks_as_its_state_and_theme_say_and_fills_its_s
         EXPECT_FLOAT_EQ(f.dy, dy);
     }
     EXPECT_FALSE(fit_outline(32, 0, 0, 0, 5) || fit_outline(32, 0, 0, 5, 0));
+    EXPECT_TRUE(fit_outline(32, 0, 0, 0.5f, 0.5f));
 }
 
 TEST(microphone_mute, results_toggles_and_device_changes_carry_the_right_values) {

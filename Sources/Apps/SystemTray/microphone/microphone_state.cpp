@@ -2,6 +2,8 @@
 
 #include "microphone/microphone_mute.h"
 
+#include <algorithm>
+
 namespace microphone {
 
 std::optional<uint64_t> begin_state_request(state& s) {
@@ -98,7 +100,7 @@ std::wstring_view tip_text(bool muted) noexcept {
     return muted ? L"Microphone muted - click to unmute" : L"Microphone on - click to mute";
 }
 
-int32_t icon_size(int32_t small_icon_metric) noexcept { return small_icon_metric < 32 ? 32 : small_icon_metric; }
+int32_t icon_size(int32_t small_icon_metric) noexcept { return std::max(small_icon_metric, 32); }
 
 std::optional<fit> fit_outline(float size, float x, float y, float width, float height) noexcept {
     if (!(width > 0 && height > 0)) return std::nullopt;

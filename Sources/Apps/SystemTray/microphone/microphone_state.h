@@ -19,8 +19,9 @@ struct state {
     bool show_when_muted = true;
     bool show_when_on = true;
     bool mic_icon_shown = false;  // the second notification icon exists
-    bool mic_icon_muted = false;  // what the shown icon draws
-    bool mic_icon_dark = false;   // the theme it was drawn for
+    // What the shown icon draws and the theme it was drawn for; read only while it is shown.
+    bool mic_icon_muted{};
+    bool mic_icon_dark{};
 };
 
 // refresh_mic_state_async: the generation of the task to start now, or nothing when one runs already
