@@ -98,7 +98,7 @@ void tray_window::on_destroy() {
     toasts.stop();
     mute_monitor.stop();
     remove_microphone_icon();
-    mic_icon_handle.reset();
+    mic.mic_icon_handle.reset();
     remove_tray_icon();
     main_icon.reset();
     PostQuitMessage(0);
@@ -174,15 +174,11 @@ void tray_window::on_version_check_result(WPARAM status) {
     refresh_tray_state();
 }
 
-void tray_window::on_mic_endpoint_changed(WPARAM default_changed) {
-    if (default_changed == 1 && mute_monitor.started()) mute_monitor.rearm_on_default_device();
-    refresh_mic_state_async();
-}
-
 void tray_window::on_taskbar_created() {
     update_tray_icon();
-    mic_icon_shown = false;
-    if (mic_monitoring) refresh_mic_state_async();
+    // Every notification icon went with the old taskbar: the next result adds it again.
+    mic.mic_icon_shown = false;
+    if (mic.mic_monitoring) refresh_mic_state_async();
     // A new Explorer needs the context-menu replacement armed again.
     start_reconcile();
 }

@@ -3,7 +3,8 @@
 #include <windows.h>
 
 #include "index_watch/index_status.h"
-#include "placeholders_win32.h"
+#include "microphone/microphone_icon_win32.h"
+#include "microphone/microphone_mute_win32.h"
 #include "platform/gdiplus_session_win32.h"
 #include "platform/unique_resource_win32.h"
 #include "platform/window_impl_win32.h"
@@ -38,6 +39,7 @@ public:
     void show_update_complete_toast();
     void refresh_mic_state_async();
     void toggle_microphone_mute();
+    void update_microphone_icon();
     void remove_microphone_icon();
     void update_namespace_root_icon();
     void apply_microphone_settings();
@@ -107,17 +109,6 @@ private:
     toast_dispatcher toasts{tray_toast_platform()};
     ui_watchdog watchdog;
     microphone_mute::mute_monitor mute_monitor;
-    unique_hicon mic_icon_handle;
-    bool mic_icon_shown = false;
-    bool mic_muted = false;
-    bool mic_present = false;
-    bool mic_monitoring = false;
-    bool show_when_muted = true;
-    bool show_when_on = true;
-    bool mic_icon_muted = false;
-    bool mic_icon_dark = false;
-    uint64_t mic_generation = 0;
-    bool mic_refresh_in_flight = false;
-    bool mic_refresh_again = false;
+    microphone::tray_state mic;  // mic_generation, the in-flight flags, the state, the icon and its settings
     bool shutting_down = false;
 };

@@ -1,0 +1,165 @@
+#include "e2e/tray_harness_win32.h"
+#include "e2e/tray_presentation_desktop_win32.h"
+#include "microphone/microphone_state.h"
+#include "platform/paths_win32.h"
+#include "tray_messages.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+
+using namespace e2e;
+
+// Under Wine with a null source of PulseAudio there is a default microphone, but its mute lives in
+// one IAudioEndpointVolume object: each fresh read finds it on, so every toggle mutes and the next state
+// request (which the test asks for as the platform's notification would) finds it on again.
+namespace {
+
+// Whether the tray's microphone icon is in the notification area: a modify that changes nothing
+// succeeds only for an icon that exists.
+NOTIFYICONDATAW& icon_data(HWND tray) {
+    static NOTIFYICONDATAW data;
+    data = {};
+    data.cbSize = sizeof(data);
+    data.hWnd = tray;
+    data.uID = TRAY_ICON_MICROPHONE;
+    return data;
+}
+bool icon_present(HWND tray) { return Shell_NotifyIconW(NIM_MODIFY, &icon_data(tray)); }
+
+class microphone_tray : public tray_test {
+protected:
+    void TearDown() override {
+        tray.reset();
+        switch_sound_server(false);
+        std::filesystem::remove(settings_file());
+        tray_test::TearDown();
+    }
+
+    // The trays that start next find the test run's sound server, or none: scripts/wine_desktop points
+    // PULSE_SERVER at a link to its server's socket, which is there only while a test wants it.
+    static bool switch_sound_server(bool on) {
+        return desktop::run_unix(on ? "ln -sfn $VELDRAKE_PULSE_SOCKET ${PULSE_SERVER#unix:}"
+                                    : "rm -f ${PULSE_SERVER#unix:}") == 0;
+    }
+    void start(bool sound_server) {
+        ASSERT_TRUE(GetEnvironmentVariableW(L"VELDRAKE_PULSE_SOCKET", nullptr, 0) && switch_sound_server(sound_server))
+            << "scripts/wine_desktop starts PulseAudio, which scripts/bootstrap installs";
+        tray.emplace();
+        ASSERT_NE(tray->window(), nullptr);
+    }
+
+    static std::filesystem::path settings_file() {
+        return local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
+    }
+    static void write_settings(bool when_muted, bool when_on) {
+        std::filesystem::create_directories(settings_file().parent_path());
+        std::ofstream(settings_file(), std::ios::trunc)
+            << R"({"apps":[{"app_id":"media-keys","status":"enabled","settings":{"general":{)"
+            << R"("showMicrophoneMuteTrayIcon":)" << (when_muted ? "true" : "false")
+            << R"(,"showMicrophoneOnTrayIcon":)" << (when_on ? "true" : "false") << "}}}]}";
+    }
+
+    void toggle() const { PostMessageW(tray->window(), WM_TRAY_NOTIFY, TRAY_ICON_MICROPHONE, WM_LBUTTONUP); }
+    // What the monitor posts when the endpoint reports a change.
+    void endpoint_changed() const { PostMessageW(tray->window(), WM_MIC_ENDPOINT_CHANGED, 0, 0); }
+    bool icon_becomes(bool present) const {
+        return poll_until([&] { return icon_present(tray->window()) == present; });
+    }
+
+    std::optional<running_tray> tray;
+};
+
+bool logged(const log_mark& log, const std::string& line) {
+    return poll_until([&] {
+        const auto lines = log.messages();
+        return std::find(lines.begin(), lines.end(), line) != lines.end();
+    });
+}
+
+// The slot left of the main icon, where the microphone's icon goes.
+RECT microphone_slot() {
+    const std::optional<RECT> main_icon = desktop::find_tray_icon();
+    if (!main_icon) return {};
+    return {main_icon->left - 22, main_icon->top - 2, main_icon->left - 2, main_icon->bottom + 2};
+}
+
+}  // namespace
+
+// The icon shows the microphone on in the theme's colour; a click mutes it, redraws it in the muted
+// colour and tells the suite's on-screen indicator. Pictures of both states are kept per theme.
+TEST_F(microphone_tray, shows_the_state_in_the_theme_colour_and_a_click_mutes) {
+    const UINT osd_message = RegisterWindowMessageW(L"Veldrake.ShowMediaOsd");
+    const HWND listener = CreateWindowExW(0, L"STATIC", L"osd", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    for (const bool dark : {false, true}) {
+        SCOPED_TRACE(dark ? "dark" : "light");
+        const std::wstring theme = dark ? L"-dark" : L"-light";
+        set_theme(dark);
+        start(true);
+        ASSERT_TRUE(icon_becomes(true));
+        // The glyph in the state's colour, scaled down by the shell from the full height of the icon.
+        const auto shows = [&](bool muted) {
+            const uint32_t rgb = microphone::icon_colour(muted, dark) & 0xFFFFFF;
+            std::optional<RECT> glyph;
+            return poll_until([&] { return (glyph = desktop::find_colour(microphone_slot(), rgb, 24)).has_value(); }) &&
+                   glyph->bottom - glyph->top >= 10;
+        };
+        // Wine's taskbar stays white in either theme: the white glyph of dark mode cannot be told from it
+        // there (the Win32 tier reads the icon's own pixels).
+        ASSERT_TRUE(dark || shows(false)) << "the glyph in the colour of a microphone that is on";
+        desktop::keep_picture(L"microphone-on" + theme, microphone_slot());
+        const log_mark log(tray_log_file());
+        ASSERT_TRUE(desktop::click(desktop::centre(microphone_slot()), 1));
+        EXPECT_TRUE(logged(log, "[INFO] Microphone: set mute state to true"));
+        EXPECT_TRUE(shows(true)) << "the glyph in the muted colour";
+        desktop::keep_picture(L"microphone-muted" + theme, microphone_slot());
+        MSG osd{};
+        EXPECT_TRUE(poll_until([&] { return PeekMessageW(&osd, listener, osd_message, osd_message, PM_REMOVE) != 0; }));
+        EXPECT_EQ(osd.wParam, 6u) << "now muted";
+        tray.reset();
+    }
+    DestroyWindow(listener);
+}
+
+// Only while muted: the icon comes with the mute and goes when the microphone is on again. Only while
+// on: a click while it shows removes it. Both false remove it and stop the monitor; one setting back on
+// brings it at the next tick. After Explorer restarted, the icon comes back through the add road.
+TEST_F(microphone_tray, settings_show_it_only_while_muted_or_on_and_a_new_taskbar_gets_it_again) {
+    write_settings(true, false);
+    start(true);
+    toggle();
+    EXPECT_TRUE(icon_becomes(true)) << "muted";
+    endpoint_changed();
+    EXPECT_TRUE(icon_becomes(false)) << "on again";
+
+    write_settings(false, true);
+    EXPECT_TRUE(icon_becomes(true)) << "on, at the next tick";
+    toggle();
+    EXPECT_TRUE(icon_becomes(false)) << "muted by the click";
+    endpoint_changed();
+    EXPECT_TRUE(icon_becomes(true)) << "on again";
+
+    write_settings(false, false);
+    EXPECT_TRUE(icon_becomes(false));
+    write_settings(false, true);
+    EXPECT_TRUE(icon_becomes(true)) << "the monitor starts again and its request brings the icon";
+
+    // A staged Explorer restart: the icon is gone, and the result after "TaskbarCreated" adds it again.
+    ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &icon_data(tray->window())));
+    ASSERT_FALSE(icon_present(tray->window()));
+    SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    EXPECT_TRUE(icon_becomes(true));
+}
+
+// Without a sound server there is no capture device: no icon, a toggle logs that there is no
+// microphone, and the tray goes on answering.
+TEST_F(microphone_tray, without_a_sound_server_there_is_no_icon_and_the_tray_runs_on) {
+    const log_mark log(tray_log_file());
+    start(false);
+    toggle();
+    EXPECT_TRUE(logged(log, "[INFO] Microphone: no default microphone to mute/unmute"));
+    endpoint_changed();
+    EXPECT_NE(SendMessageTimeoutW(tray->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, nullptr), 0);
+    EXPECT_FALSE(icon_present(tray->window()));
+}
