@@ -1,5 +1,6 @@
 #include "common/wine_process_win32.h"
 
+#include <algorithm>
 #include <fstream>
 #include <stdexcept>
 
@@ -35,6 +36,28 @@ std::vector<std::string> log_mark::messages() const {
         messages.push_back(level == std::string::npos ? lines[i] : lines[i].substr(level + 2));
     }
     return messages;
+}
+
+size_t log_mark::count(const std::string& message) const {
+    const auto lines = messages();
+    return static_cast<size_t>(std::count(lines.begin(), lines.end(), message));
+}
+
+std::wstring window_text(HWND window) {
+    wchar_t text[2048] = {};
+    SendMessageW(window, WM_GETTEXT, 2048, reinterpret_cast<LPARAM>(text));
+    return text;
+}
+
+std::wstring dialog_body(HWND dialog) {
+    HWND body = FindWindowExW(dialog, nullptr, L"Edit", nullptr);
+    if (!body) body = FindWindowExW(dialog, nullptr, L"Static", nullptr);
+    return body ? window_text(body) : L"";
+}
+
+bool answers(HWND window, UINT timeout_ms) {
+    DWORD_PTR ignored = 0;
+    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, timeout_ms, &ignored) != 0;
 }
 
 std::vector<HWND> windows_of(DWORD process, const wchar_t* window_class, const wchar_t* title, bool hidden_too) {

@@ -37,6 +37,8 @@ std::vector<std::string> read_lines(const std::filesystem::path& file);
 struct log_mark {
     explicit log_mark(std::filesystem::path log) : file(std::move(log)), first(read_lines(file).size()) {}
     std::vector<std::string> messages() const;
+    // How often `message` ("[LEVEL] message") was logged since the mark.
+    size_t count(const std::string& message) const;
     std::filesystem::path file;
     size_t first;
 };
@@ -47,6 +49,13 @@ std::vector<HWND> windows_of(DWORD process, const wchar_t* window_class, const w
                              bool hidden_too = false);
 // The first visible one of them, once it shows; null if none does in time.
 HWND wait_for_window(DWORD process, const wchar_t* window_class, const wchar_t* title = nullptr);
+
+// A window's text, through WM_GETTEXT so that it works across processes.
+std::wstring window_text(HWND window);
+// The body of a message dialog: in an edit when it scrolls, else in a static.
+std::wstring dialog_body(HWND dialog);
+// Whether the window's thread answers a message within `timeout_ms`.
+bool answers(HWND window, UINT timeout_ms = 1000);
 
 // A process that the test started, known by its handle.
 class child_process {

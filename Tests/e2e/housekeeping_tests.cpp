@@ -37,11 +37,6 @@ private:
     child_process process_;
 };
 
-bool answers_within_a_second(HWND window) {
-    DWORD_PTR ignored = 0;
-    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &ignored) != 0;
-}
-
 using housekeeping = tray_test;
 
 }  // namespace
@@ -62,7 +57,7 @@ TEST_F(housekeeping, exit_ends_the_residents_after_the_icon_and_before_the_tray)
     EXPECT_TRUE(windowless.process().running()) << "the icon is gone while the residents still run";
     PostMessageW(tray.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
     EXPECT_EQ(windowed.process().wait_exit(), 0u) << "closed through its window";
-    EXPECT_TRUE(answers_within_a_second(tray.window())) << "the window thread is free during the grace";
+    EXPECT_TRUE(answers(tray.window())) << "the window thread is free during the grace";
     EXPECT_EQ(windowless.process().wait_exit(), 1u) << "terminated after the grace";
     EXPECT_EQ(tray.process().wait_exit(), 0u);
     EXPECT_TRUE(host.process().running()) << "a host without the suite's modules is left alone";
@@ -80,7 +75,7 @@ TEST_F(housekeeping, hanging_residents_share_the_grace_and_never_hold_the_window
     std::optional<std::chrono::steady_clock::time_point> first_end, second_end;
     poll_until([&] {
         // At the end the window goes before the process does.
-        answered = answered && (answers_within_a_second(tray.window()) || !IsWindow(tray.window()));
+        answered = answered && (answers(tray.window()) || !IsWindow(tray.window()));
         if (!first_end && !first.process().running()) first_end = std::chrono::steady_clock::now();
         if (!second_end && !second.process().running()) second_end = std::chrono::steady_clock::now();
         return first_end && second_end;
@@ -126,8 +121,7 @@ TEST_F(housekeeping, reconciles_at_start_and_for_a_new_explorer_and_launches_the
                                     "the shell process - a secondary Explorer); scheduling reconcile";
         EXPECT_TRUE(poll_until([&] { return windows_of(explorer.process().id(), L"CabinetWClass", nullptr, true).size() == 2; }));
         EXPECT_EQ(controller_runs(8, 2s), 7u) << "not for its second window";
-        const auto later = log.messages();
-        EXPECT_EQ(std::count(later.begin(), later.end(), noticed), 1);
+        EXPECT_EQ(log.count(noticed), 1u);
 
         PostMessageW(tray.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
         EXPECT_EQ(tray.process().wait_exit(), 0u);
@@ -174,7 +168,7 @@ TEST_F(housekeeping, a_file_dialog_is_served_until_its_program_crashes_with_the_
         } else {
             EXPECT_FALSE(poll_until([&] { return injections().size() > before; }, 3s)) << "a recorded program is left alone";
         }
-        EXPECT_TRUE(answers_within_a_second(tray.window()));
+        EXPECT_TRUE(answers(tray.window()));
         child.terminate(exit_code);
         if (exit_code == 0) {
             EXPECT_FALSE(poll_until([&] { return !recorded().empty(); }, 2s)) << "a clean end records nothing";
@@ -198,11 +192,8 @@ TEST_F(housekeeping, the_package_pass_logs_an_unreadable_package_and_the_tray_ru
     const log_mark log(tray_log_file());
     running_tray tray;
     ASSERT_NE(tray.window(), nullptr);
-    const std::string unreadable = "[WARNING] Cannot read the package identity of " + to_utf8(package.wstring());
-    EXPECT_TRUE(poll_until([&] {
-        const auto lines = log.messages();
-        return std::find(lines.begin(), lines.end(), unreadable) != lines.end();
-    }));
-    EXPECT_TRUE(answers_within_a_second(tray.window()));
+    EXPECT_TRUE(poll_until(
+        [&] { return log.count("[WARNING] Cannot read the package identity of " + to_utf8(package.wstring())) == 1; }));
+    EXPECT_TRUE(answers(tray.window()));
     EXPECT_EQ(tray.close(), 0u);
 }

@@ -1,6 +1,5 @@
 #include "common/test_registry_win32.h"
 #include "doubles/search_manager/search_manager_double.h"
-#include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "platform/paths_win32.h"
@@ -20,26 +19,12 @@ namespace {
 
 const std::wstring search_manager_class = L"Software\\Classes\\CLSID\\{7D096C5F-AC08-4F1F-BEB7-5C22C517CE39}";
 const std::wstring namespace_class = L"Software\\Classes\\CLSID\\{249AE234-08DF-4686-AAF3-5D80A15493BE}";
-const std::wstring dll_overrides = L"Software\\Wine\\DllOverrides";
 
 std::filesystem::path system_powershell() {
     wchar_t folder[MAX_PATH] = {};
     GetSystemDirectoryW(folder, MAX_PATH);
     // Where Wine puts it, on the search path.
     return std::filesystem::path(folder) / L"WindowsPowerShell\\v1.0\\powershell.exe";
-}
-
-std::wstring window_text(HWND window) {
-    wchar_t text[2048] = {};
-    SendMessageW(window, WM_GETTEXT, 2048, reinterpret_cast<LPARAM>(text));
-    return text;
-}
-
-// The body of a message dialog: in an edit when it scrolls, else in a static.
-std::wstring dialog_body(HWND dialog) {
-    HWND body = FindWindowExW(dialog, nullptr, L"Edit", nullptr);
-    if (!body) body = FindWindowExW(dialog, nullptr, L"Static", nullptr);
-    return body ? window_text(body) : L"";
 }
 
 // The index watch of the short-timers tray: a sample every 2 s and a stall limit of one minute.
@@ -91,18 +76,7 @@ protected:
 // items that do not move for the limit give the prompt once; a move allows a second one, whose
 // "Restart" runs the elevated command, and its exit code 1 shows the failure.
 TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_then_restarts_elevated) {
-    const auto powershell = system_powershell(), original = fresh_folder(L"powershell") / L"powershell.exe";
-    std::filesystem::copy_file(powershell, original);
-    sibling_doubles::install_copy(powershell);
-    test_registry::set_string(HKEY_CURRENT_USER, dll_overrides, L"powershell.exe", L"native");
-    const auto record = fresh_folder(L"powershell-runs") / L"record.txt";
-    sibling_doubles::control(powershell, record, 1);
-    const scope_exit restore([&] {
-        test_registry::delete_value(HKEY_CURRENT_USER, dll_overrides, L"powershell.exe");
-        sibling_doubles::remove_control(powershell);
-        CopyFileW(original.c_str(), powershell.c_str(), FALSE);
-    });
-
+    const system_program_double powershell(system_powershell());
     const log_mark log(tray_log_file());
     tray.emplace(true, short_timers_tray_exe());
     ASSERT_NE(tray->window(), nullptr);
@@ -148,36 +122,37 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
     EXPECT_EQ(window_text(GetDlgItem(prompt, IDOK)), L"Restart");
     EXPECT_EQ(window_text(GetDlgItem(prompt, IDCANCEL)), L"Not now");
     PostMessageW(GetDlgItem(prompt, IDCANCEL), BM_CLICK, 0, 0);
-    EXPECT_FALSE(wait_for_dialog(std::chrono::seconds(8), prompt)) << "Not now: no second prompt for the same stall";
+    // A second prompt for the same stall would come at the next sample, 2 s on.
+    EXPECT_FALSE(wait_for_dialog(std::chrono::seconds(5), prompt)) << "Not now: no second prompt for the same stall";
 
-    // A move allows the next prompt; "Restart" with exit code 0 ends quietly, 1 explains the failure.
-    HWND failure = nullptr;
+    // A move allows the next prompt. "Restart" with exit code 0 ends quietly (a failure dialog would
+    // come before the next prompt), with 1 it explains the failure.
     for (const int exit_code : {0, 1}) {
         SCOPED_TRACE(exit_code);
         set_counts(6 + exit_code, 1000);
         prompt = wait_for_dialog(std::chrono::seconds(90), prompt);
         ASSERT_NE(prompt, nullptr);
-        EXPECT_NE(dialog_body(prompt).find(L": " + std::to_wstring(6 + exit_code) + L" item(s)"), std::wstring::npos);
-        sibling_doubles::control(powershell, record, exit_code);
+        EXPECT_NE(dialog_body(prompt).find(L": " + std::to_wstring(6 + exit_code) + L" item(s)"), std::wstring::npos)
+            << to_utf8(dialog_body(prompt));
+        powershell.runs.exit_with(exit_code);
         PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
-        failure = wait_for_dialog(std::chrono::seconds(exit_code ? 20 : 8), prompt);
-        EXPECT_EQ(failure != nullptr, exit_code == 1);
-        EXPECT_EQ(sibling_doubles::read_records(record).size(), exit_code + 1u);
+        EXPECT_TRUE(poll_until([&] { return powershell.runs.records().size() == exit_code + 1u; }));
     }
+    const HWND failure = wait_for_dialog(std::chrono::seconds(20), prompt);
     ASSERT_NE(failure, nullptr) << "no failure dialog after exit code 1";
     EXPECT_EQ(dialog_body(failure),
               L"The Windows Search service could not be restarted. You can restart it manually from the Services app "
               L"(services.msc) or by restarting your computer.");
-    const auto runs = sibling_doubles::read_records(record);
+    const auto runs = powershell.runs.records();
     ASSERT_EQ(runs.size(), 2u);
     EXPECT_NE(runs[1].command_line.find(L"-NoProfile -WindowStyle Hidden -Command \"Restart-Service -Name WSearch -Force\""),
               std::wstring::npos) << to_utf8(runs[1].command_line);
     PostMessageW(GetDlgItem(failure, IDOK), BM_CLICK, 0, 0);
 }
 
-// Without Windows Search each sample wants the problem icon. While its file is missing, each sample
-// logs it and writes nothing; once the tessary app is disabled, the hidden tip is written once and
-// later samples write nothing.
+// The test build says what it is right after its first line. Without Windows Search each sample wants
+// the problem icon. While its file is missing, each sample logs it and writes nothing; once the
+// tessary app is disabled, the hidden tip is written once and later samples write nothing.
 TEST_F(index_watch_tray, a_missing_icon_writes_nothing_and_a_disabled_app_hides_the_status_once) {
     const auto icon = short_timers_tray_exe().parent_path() / L"Content\\Icons\\tessary_indexing-problem.ico";
     const auto away = std::filesystem::path(icon).concat(L".away");
@@ -189,13 +164,10 @@ TEST_F(index_watch_tray, a_missing_icon_writes_nothing_and_a_disabled_app_hides_
         std::filesystem::remove(settings, ignored);
     });
     const log_mark log(tray_log_file());
-    const auto count = [&](const std::string& line) {
-        const auto lines = log.messages();
-        return std::count(lines.begin(), lines.end(), line);
-    };
     tray.emplace(true, short_timers_tray_exe());
     const std::string missing = "[ERROR] Namespace root status icon does not exist: " + to_utf8(icon.wstring());
-    EXPECT_TRUE(poll_until([&] { return count(missing) >= 2; })) << "logged again at the next sample";
+    EXPECT_TRUE(poll_until([&] { return log.count(missing) >= 2; })) << "logged again at the next sample";
+    EXPECT_EQ(log.messages().at(1), "[WARNING] Short timers: this build is for tests") << "right after the first line";
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, namespace_class, L"InfoTip"), L"");
 
     std::filesystem::rename(away, icon);
@@ -205,7 +177,7 @@ TEST_F(index_watch_tray, a_missing_icon_writes_nothing_and_a_disabled_app_hides_
                                 L"tessary_indexing-complete.ico"));
     test_registry::delete_value(HKEY_CURRENT_USER, namespace_class, L"InfoTip");
     const std::string sampled = "[ERROR] get_items_to_index_count: Failed to create ISearchManager. HRESULT=-2147221164";
-    const auto samples = count(sampled);
-    EXPECT_TRUE(poll_until([&] { return count(sampled) >= samples + 2; }));
+    const auto samples = log.count(sampled);
+    EXPECT_TRUE(poll_until([&] { return log.count(sampled) >= samples + 2; }));
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, namespace_class, L"InfoTip"), L"") << "written again";
 }

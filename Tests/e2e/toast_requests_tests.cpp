@@ -35,8 +35,8 @@ TEST_F(toast_requests, refused_messages_answer_0_and_only_a_malformed_request_is
     const log_mark mark(tray_log_file());
     const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", toast_click_action::none, L""});
     const auto id = tray_toast_ipc::TOAST_COPYDATA_ID;
+    // Which requests are refused is the dispatcher's (host tier); here, the answer and the log.
     EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, good.c_str(), 2 * (good.size() + 1)), 0) << "another dwData";
-    EXPECT_EQ(send_copy_data(tray.window(), id, nullptr, 0), 0) << "no data";
     EXPECT_EQ(send_copy_data(tray.window(), id, good.c_str(), 1), 0) << "cbData 1";
     // The start-up tasks may still log; of the toasts, nothing.
     const auto toast_lines = [&] {

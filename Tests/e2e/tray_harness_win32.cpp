@@ -15,6 +15,7 @@ namespace {
 
 const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
 const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
+const std::wstring dll_overrides = L"Software\\Wine\\DllOverrides";
 
 }  // namespace
 
@@ -70,6 +71,21 @@ std::vector<std::vector<std::wstring>> recorded_runs::wait(size_t count) const {
         LocalFree(argv);
     }
     return arguments;
+}
+
+system_program_double::system_program_double(const std::filesystem::path& program)
+    : program_(program), saved_(fresh_folder(L"builtin-" + program.stem().wstring()) / program.filename()),
+      runs(program.filename().c_str(), program.parent_path()) {
+    std::filesystem::copy_file(program_, saved_, std::filesystem::copy_options::overwrite_existing);
+    sibling_doubles::install_copy(program_);
+    // Else Wine runs its builtin whatever the file holds.
+    test_registry::set_string(HKEY_CURRENT_USER, dll_overrides, program_.filename().c_str(), L"native");
+}
+
+system_program_double::~system_program_double() {
+    test_registry::delete_value(HKEY_CURRENT_USER, dll_overrides, program_.filename().c_str());
+    std::error_code ignored;
+    std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
 }
 
 running_tray::running_tray(bool expect_window, const std::filesystem::path& exe)

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "common/wine_process_win32.h"
+#include "doubles/sibling_doubles_win32.h"
 
 #include <gtest/gtest.h>
 
@@ -43,9 +44,29 @@ public:
     ~recorded_runs();
     // The arguments after the program of each run, once `count` runs are recorded (fewer after a timeout).
     std::vector<std::vector<std::wstring>> wait(size_t count = 1) const;
+    // The runs recorded so far, as the double saw them.
+    std::vector<sibling_doubles::run_record> records() const { return sibling_doubles::read_records(record_); }
+    // From its next run on, the double exits with `exit_code`.
+    void exit_with(DWORD exit_code) const { sibling_doubles::control(program_, record_, exit_code); }
 
 private:
     std::filesystem::path program_, record_;
+};
+
+// While it lives, the system program at `program` (msiexec.exe, powershell.exe) is the sibling double,
+// whose runs `runs` records; Wine is told to run the file rather than its builtin.
+class system_program_double {
+public:
+    explicit system_program_double(const std::filesystem::path& program);
+    ~system_program_double();
+    system_program_double(const system_program_double&) = delete;
+    system_program_double& operator=(const system_program_double&) = delete;
+
+private:
+    std::filesystem::path program_, saved_;
+
+public:
+    const recorded_runs runs;
 };
 
 class running_tray {

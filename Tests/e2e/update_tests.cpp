@@ -18,7 +18,6 @@ using namespace e2e;
 namespace {
 
 const std::wstring NOTICE_KEY = L"Software\\Kestrane\\Veldrake";
-const std::wstring OVERRIDES_KEY = L"Software\\Wine\\DllOverrides";
 constexpr const char* DOWNLOAD_PATH = "products/veldrake/Downloads/Public/";
 
 std::filesystem::path known_folder(REFKNOWNFOLDERID id) {
@@ -75,31 +74,6 @@ private:
     int pid_ = 0;
 };
 
-// msiexec in system32 is the sibling double while a test lives; it records its runs.
-class msiexec_double {
-public:
-    msiexec_double() {
-        std::filesystem::copy_file(program_, saved_, std::filesystem::copy_options::overwrite_existing);
-        sibling_doubles::install_copy(program_);
-        // Else Wine runs its builtin msiexec whatever the file holds.
-        test_registry::set_string(HKEY_CURRENT_USER, OVERRIDES_KEY, L"msiexec.exe", L"native");
-        runs.emplace(L"msiexec.exe", program_.parent_path());
-    }
-    ~msiexec_double() {
-        runs.reset();
-        test_registry::delete_value(HKEY_CURRENT_USER, OVERRIDES_KEY, L"msiexec.exe");
-        std::error_code ignored;
-        std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
-    }
-
-private:
-    std::filesystem::path program_ = known_folder(FOLDERID_System) / L"msiexec.exe",
-                          saved_ = fresh_folder(L"msiexec-builtin") / L"msiexec.exe";
-
-public:
-    std::optional<recorded_runs> runs;
-};
-
 class updates_e2e : public tray_test {
 protected:
     void SetUp() override {
@@ -137,7 +111,7 @@ using desktop::centre;
 // A minor update on the server: the first check gives the gold badge and the toast; a click downloads
 // with the dialog showing, keeps a file of exactly the floor's size and starts msiexec on it.
 TEST_F(updates_e2e, a_newer_minor_version_badges_toasts_downloads_and_installs) {
-    const msiexec_double msiexec;
+    const system_program_double msiexec(known_folder(FOLDERID_System) / L"msiexec.exe");
     site.version("\xEF\xBB\xBFv1.1.0.0\r\n");
     site.installer("v1.1.0.0", 5120000);
     site.flag("slow", true);
@@ -154,40 +128,36 @@ TEST_F(updates_e2e, a_newer_minor_version_badges_toasts_downloads_and_installs) 
 
     ASSERT_TRUE(desktop::click(centre(r), 1));
     dialog_goes([&](HWND dialog) {
-        wchar_t caption[64] = {};
-        GetWindowTextW(dialog, caption, 64);
-        EXPECT_STREQ(caption, L"Downloading update...");
+        EXPECT_EQ(window_text(dialog), L"Downloading update...");
         RECT d{};
         GetWindowRect(dialog, &d);
         desktop::keep_picture(L"update-dialog", d);
     });
     const std::filesystem::path installer = downloads / L"Veldrake v1.1.0.0 x64.msi";
-    EXPECT_EQ(msiexec.runs->wait(), (std::vector<std::vector<std::wstring>>{
+    EXPECT_EQ(msiexec.runs.wait(), (std::vector<std::vector<std::wstring>>{
                                         {L"/i", installer.wstring(), L"/passive", L"REBOOT=ReallySuppress"}}));
     EXPECT_EQ(files_in(downloads), std::vector<std::filesystem::path>{installer.filename()}) << "no temporary file left";
     EXPECT_EQ(std::filesystem::file_size(installer), 5120000u);
 }
 
 // Each road that fails or is stopped leaves no file in Downloads and starts nothing: one byte short
-// of the floor, Cancel, and WM_CLOSE from another program.
+// of the floor, and Cancel (the Win32 tier shows that WM_CLOSE is Cancel).
 TEST_F(updates_e2e, a_short_or_cancelled_download_leaves_nothing_and_starts_nothing) {
-    const msiexec_double msiexec;
+    const system_program_double msiexec(known_folder(FOLDERID_System) / L"msiexec.exe");
     site.version("v1.0.11");
     site.flag("slow", true);
     start_tray();
     // Stopped downloads are of a size that would be installed.
-    const struct { const char* name; uint64_t bytes; UINT message; WPARAM w; } cases[] = {
-        {"5119999 bytes", 5119999, 0, 0}, {"Cancel", 5120000, WM_COMMAND, IDCANCEL}, {"WM_CLOSE", 5120000, WM_CLOSE, 0}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        site.installer("v1.0.11", c.bytes);
+    for (const bool cancel : {false, true}) {
+        SCOPED_TRACE(cancel ? "Cancel" : "5119999 bytes");
+        site.installer("v1.0.11", cancel ? 5120000 : 5119999);
         // What a click on the toast posts.
         PostMessageW(tray->window(), WM_START_DOWNLOAD, 0, 0);
         dialog_goes([&](HWND dialog) {
-            if (c.message != 0) PostMessageW(dialog, c.message, c.w, 0);
+            if (cancel) PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
         });
         EXPECT_TRUE(poll_until([&] { return files_in(downloads).empty(); })) << "a file stays in Downloads";
-        EXPECT_TRUE(msiexec.runs->wait(0).empty());
+        EXPECT_TRUE(msiexec.runs.wait(0).empty());
     }
 }
 
@@ -199,31 +169,29 @@ TEST_F(updates_e2e, a_stalled_check_blocks_no_window_a_404_is_logged_and_an_up_t
     const log_mark mark(tray_log_file());
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(6);  // the first check is at 3 s
     while (std::chrono::steady_clock::now() < end) {
-        DWORD_PTR reply = 0;
-        ASSERT_NE(SendMessageTimeoutW(tray->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 1000, &reply), 0);
+        ASSERT_TRUE(answers(tray->window()));
         Sleep(100);
     }
     // The index watch logs its samples meanwhile; only the version check must still be waiting.
     for (const auto& line : mark.messages()) EXPECT_EQ(line.find("Public version check"), std::string::npos) << line;
+    EXPECT_TRUE(windows_of(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS).empty())
+        << "no version recorded: no notice at five seconds";
     site.flag("stall", false);
-    const std::string warning = "[WARNING] Public version check: unexpected HTTP status 404, ignoring the response";
     EXPECT_TRUE(poll_until([&] {
-        const auto lines = mark.messages();
-        return std::find(lines.begin(), lines.end(), warning) != lines.end();
+        return mark.count("[WARNING] Public version check: unexpected HTTP status 404, ignoring the response") > 0;
     })) << "no warning";
 
     site.version("v1.0.10.0");
     PostMessageW(tray->window(), WM_COMMAND, ID_TRAY_UPDATE, 0);
     const HWND dialog = wait_for_window(tray->process().id(), L"#32770");
     ASSERT_NE(dialog, nullptr) << "no up-to-date dialog";
-    wchar_t text[128] = {};
-    GetWindowTextW(FindWindowExW(dialog, nullptr, L"Static", nullptr), text, 128);
-    EXPECT_STREQ(text, L"Your Veldrake is already up to date with v1.0.10.0. Happy veldrake!");
+    EXPECT_EQ(dialog_body(dialog), L"Your Veldrake is already up to date with v1.0.10.0. Happy veldrake!");
     PostMessageW(dialog, WM_CLOSE, 0, 0);
 }
 
 // Another version recorded at the last start: "Update installed" after five seconds, whose click
-// opens What's new; the next start of the same version gives none.
+// opens What's new, and this version is recorded. (Without a record the stalled check's test sees no
+// notice; that an equal one gives none is the core's.)
 TEST_F(updates_e2e, a_changed_recorded_version_gives_the_notice_once) {
     site.version("v1.0.10.0");
     test_registry::set_string(HKEY_CURRENT_USER, NOTICE_KEY, L"LastInstalledVersion", L"v1.0.9.0");
@@ -236,10 +204,4 @@ TEST_F(updates_e2e, a_changed_recorded_version_gives_the_notice_once) {
     GetWindowRect(toast, &r);
     ASSERT_TRUE(desktop::click(centre(r), 1));
     EXPECT_EQ(settings.wait(), std::vector<std::vector<std::wstring>>{{L"--open-tab=what-new"}});
-    tray.reset();
-
-    tray.emplace(true, short_timers_tray_exe());
-    EXPECT_FALSE(poll_until([&] { return !windows_of(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS).empty(); },
-                            std::chrono::seconds(7)))
-        << "the same version again";
 }

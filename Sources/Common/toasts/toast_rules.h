@@ -9,10 +9,6 @@ namespace toast_rules {
 
 constexpr uint32_t FLAGS_WITHOUT_ICON = 0x94;  // NIIF_USER | NIIF_NOSOUND | NIIF_RESPECT_QUIET_TIME
 constexpr uint32_t FLAGS_WITH_ICON = 0xB4;     // and NIIF_LARGE_ICON
-constexpr uint64_t DEADLINE_MS = 20000;
-constexpr uint32_t POLL_MS = 500;
-constexpr uint32_t ICON_SIZE = 64;
-constexpr uint32_t NORMAL_END = 0x800704C7;  // HRESULT_FROM_WIN32(ERROR_CANCELLED): the deadline or a stop
 
 // A path of zero or one character means no icon.
 bool has_icon(std::wstring_view icon_path) noexcept;

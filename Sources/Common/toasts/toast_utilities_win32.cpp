@@ -12,6 +12,11 @@ namespace toast_utilities {
 
 namespace {
 
+constexpr uint64_t DEADLINE_MS = 20000;
+constexpr uint32_t POLL_MS = 500;
+constexpr uint32_t ICON_SIZE = 64;
+constexpr uint32_t NORMAL_END = 0x800704C7;  // HRESULT_FROM_WIN32(ERROR_CANCELLED): the deadline or a stop
+
 // The shell's object, or the tray's own window where its class is not registered (Wine, trimmed
 // systems). Any other failure is the shell's and is reported.
 HRESULT create_notification(com_ptr<IUserNotification2>& notification) {
@@ -62,8 +67,8 @@ void show_toast(std::wstring icon_path, std::wstring tooltip, std::wstring title
 
     if (toast_rules::has_icon(icon_path)) {
         // A shared icon belongs to the system: it is never destroyed here.
-        const auto icon = static_cast<HICON>(LoadImageW(nullptr, icon_path.c_str(), IMAGE_ICON, toast_rules::ICON_SIZE,
-                                                        toast_rules::ICON_SIZE, LR_LOADFROMFILE | LR_DEFAULTSIZE | LR_SHARED));
+        const auto icon = static_cast<HICON>(LoadImageW(nullptr, icon_path.c_str(), IMAGE_ICON, ICON_SIZE,
+                                                        ICON_SIZE, LR_LOADFROMFILE | LR_DEFAULTSIZE | LR_SHARED));
         if (!icon) {
             logging::log(log_severity::warning, L"show_toast: failed to load icon {} (error {})", icon_path, GetLastError());
         }
@@ -74,7 +79,7 @@ void show_toast(std::wstring icon_path, std::wstring tooltip, std::wstring title
 
     com_ptr<IQueryContinue> query;
     if (auto deadline = make_object<query_continue_deadline>()) {
-        deadline->deadline = GetTickCount64() + toast_rules::DEADLINE_MS;
+        deadline->deadline = GetTickCount64() + DEADLINE_MS;
         deadline->should_continue = std::move(should_continue);
         *query.put() = deadline.get();
         query->AddRef();
@@ -87,7 +92,7 @@ void show_toast(std::wstring icon_path, std::wstring tooltip, std::wstring title
     if (on_click) {
         if (auto callback = make_object<notification_callback>()) {
             callback->on_click = std::move(on_click);
-            shown = notification->Show(query.get(), toast_rules::POLL_MS, callback.get());
+            shown = notification->Show(query.get(), POLL_MS, callback.get());
             done = true;
             if (callback->failure) std::rethrow_exception(callback->failure);
         } else {
@@ -96,8 +101,8 @@ void show_toast(std::wstring icon_path, std::wstring tooltip, std::wstring title
                          static_cast<uint32_t>(E_OUTOFMEMORY));
         }
     }
-    if (!done) shown = notification->Show(query.get(), toast_rules::POLL_MS, nullptr);
-    if (FAILED(shown) && static_cast<uint32_t>(shown) != toast_rules::NORMAL_END) {
+    if (!done) shown = notification->Show(query.get(), POLL_MS, nullptr);
+    if (FAILED(shown) && static_cast<uint32_t>(shown) != NORMAL_END) {
         logging::log(log_severity::error, "show_toast: Show failed (hr=0x{:08X})", static_cast<uint32_t>(shown));
     }
 }

@@ -84,6 +84,7 @@ TEST(dialog_hook, the_mode_and_the_lists_decide_which_processes_are_served) {
         {{L"OFF", {L"notepad.exe"}, {}}, L"notepad.exe", false},
         {{L"AllowList", {L"notepad.exe"}, {}}, L"notepad.exe", true},
         {{L"allowlist", {L"notepad.exe"}, {}}, L"wordpad.exe", false},
+        {{L"allowlist", {L"Zoom.exe"}, {}}, L"zOOM.EXE", true},
         {{L"allowlist", {L"chrome.exe"}, {L"chrome.exe"}}, L"chrome.exe", true},  // exclusions do not apply
         {{L"all-except", {}, {}}, L"anything.exe", true},
         {{L"sometimes", {}, {L"x.exe"}}, L"x.exe", false},  // an unknown mode is all-except

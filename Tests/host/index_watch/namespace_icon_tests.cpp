@@ -22,18 +22,19 @@ TEST(namespace_icon, shows_the_status_unless_hidden_and_is_applied_only_when_it_
 }
 
 TEST(namespace_icon, display_is_off_only_when_the_app_is_disabled_or_the_setting_is_false) {
-    const struct { const char* document; bool on; } cases[] = {
-        {R"({"apps":[]})", true},
-        {R"({"apps":[{"app_id":"tessary","status":"disabled"}]})", false},
-        {R"({"apps":[{"app_id":"tessary","settings":{"general":{"showIndexingStatusOnNamespaceIcon":false}}}]})", false},
-        {R"({"apps":[{"app_id":"tessary","settings":{"general":{"showIndexingStatusOnNamespaceIcon":0}}}]})", true},
+    // Each sample polls the file: an unchanged stamp keeps what was read.
+    const struct { const char* document; int hour; bool on; } cases[] = {
+        {R"({"apps":[]})", 1, true},
+        {R"({"apps":[{"app_id":"tessary","status":"disabled"}]})", 2, false},
+        {R"({"apps":[]})", 2, false},
+        {R"({"apps":[{"app_id":"tessary","settings":{"general":{"showIndexingStatusOnNamespaceIcon":false}}}]})", 3, false},
+        {R"({"apps":[{"app_id":"tessary","settings":{"general":{"showIndexingStatusOnNamespaceIcon":0}}}]})", 4, true},
     };
     settings_sandbox sandbox;
     const auto file = sandbox.open();
-    int hour = 0;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.document);
-        settings_sandbox::write(sandbox.user_file(), c.document, ++hour);
-        EXPECT_EQ(namespace_display_on(*file), c.on) << "read again once the file changed";
+        settings_sandbox::write(sandbox.user_file(), c.document, c.hour);
+        EXPECT_EQ(namespace_display_on(*file), c.on);
     }
 }

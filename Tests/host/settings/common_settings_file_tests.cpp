@@ -37,20 +37,24 @@ TEST(common_settings_file, reloads_when_the_stamp_moves_either_way_or_when_force
     }
 }
 
-// The settings file itself never fails to load; the rule belongs to every settings file.
+// The settings file itself never fails to load; the rule belongs to every settings file. A load that
+// throws what is no std::exception has failed too.
 TEST(common_settings_file, a_failed_load_is_tried_again_at_the_next_poll) {
-    struct failing_once final : common::setting_utilities::common_settings_file {
+    struct failing_twice final : common::setting_utilities::common_settings_file {
         using common_settings_file::common_settings_file;
-        bool load() override { return ++loads > 1; }
+        bool load() override {
+            if (++loads == 1) throw 42;
+            return loads > 2;
+        }
         int loads = 0;
     };
     settings_sandbox sandbox;
-    failing_once file(L"Settings", L"High Level Settings", sandbox);
+    failing_twice file(L"Settings", L"High Level Settings", sandbox);
     settings_sandbox::write(sandbox.user_file(), "{}", 1);
     EXPECT_EQ((std::vector<bool>{file.reload_if_changed(false), file.reload_if_changed(false),
-                                 file.reload_if_changed(false)}),
-              (std::vector<bool>{false, true, true}));
-    EXPECT_EQ(file.loads, 2);
+                                 file.reload_if_changed(false), file.reload_if_changed(false)}),
+              (std::vector<bool>{false, false, true, true}));
+    EXPECT_EQ(file.loads, 3);
 }
 
 // Readers on other threads see one whole document or the other while the file is reloaded.

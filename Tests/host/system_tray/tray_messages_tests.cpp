@@ -19,3 +19,8 @@ TEST(tray_messages, every_message_timer_icon_and_command_has_a_number_of_its_own
         EXPECT_EQ(std::set<uint32_t>(numbers.begin(), numbers.end()).size(), numbers.size()) << numbers.front();
     }
 }
+
+// The shell keeps the user's choice to show an icon by the program and the icon's number.
+TEST(tray_messages, the_icons_keep_their_numbers) {
+    EXPECT_EQ(std::pair(TRAY_ICON_MAIN, TRAY_ICON_MICROPHONE), std::pair(1001u, 1002u));
+}

@@ -26,6 +26,10 @@ TEST(tray_toast_ipc, round_trips_a_request_and_blanks_separators_in_fields) {
     toast_request expected = request;
     expected.title = L"Title with separator";
     EXPECT_EQ(decoded, expected);
+    // The other actions' numbers on the wire, which other programs of the suite send.
+    for (const auto& [action, wire] : {std::pair{toast_click_action::none, L"0"}, {toast_click_action::open_settings_tab, L"1"}}) {
+        EXPECT_EQ(encode_toast_request({L"i", L"t", L"T", L"x", action, L""}), fields({L"1", L"i", L"t", L"T", L"x", wire, L""}));
+    }
 }
 
 // A refused request leaves the output alone.
