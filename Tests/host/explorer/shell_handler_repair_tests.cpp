@@ -11,18 +11,19 @@ using namespace explorer;
 using namespace std::string_literals;
 
 TEST(registry_port, string_values_need_a_string_type_and_a_terminator) {
+    // The types by the platform's own numbers: REG_SZ 1, REG_EXPAND_SZ 2, REG_DWORD 4, REG_MULTI_SZ 7.
     const struct { const char* label; uint32_t type; std::string bytes; std::optional<std::wstring> text; } cases[] = {
-        {"REG_SZ", REG_SZ_TYPE, "a\0\x01\x01\0\0"s, L"a\x0101"}, {"REG_EXPAND_SZ, unexpanded", REG_EXPAND_SZ_TYPE, "%\0\0\0"s, L"%"},
+        {"REG_SZ", 1, "a\0\x01\x01\0\0"s, L"a\x0101"}, {"REG_EXPAND_SZ, unexpanded", 2, "%\0\0\0"s, L"%"},
         {"zero bytes", REG_SZ_TYPE, "", L""}, {"odd byte count", REG_SZ_TYPE, "a\0\0"s, std::nullopt},
         {"no terminator", REG_SZ_TYPE, "a\0b\0"s, std::nullopt}, {"half a terminator", REG_SZ_TYPE, "a\0\0b"s, std::nullopt},
-        {"REG_DWORD", REG_DWORD_TYPE, "a\0\0\0"s, std::nullopt}, {"REG_MULTI_SZ", 7, "a\0\0\0"s, std::nullopt},
+        {"REG_DWORD", 4, "a\0\0\0"s, std::nullopt}, {"REG_MULTI_SZ", 7, "a\0\0\0"s, std::nullopt},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
         EXPECT_EQ(as_string(raw_value{c.type, c.bytes}), c.text);
     }
     EXPECT_EQ(as_string(std::nullopt), std::nullopt);
-    EXPECT_EQ(as_dword(raw_value{REG_DWORD_TYPE, "\x01\x02\x03\x04"s}), 0x04030201u);
+    EXPECT_EQ(as_dword(raw_value{4, "\x01\x02\x03\x04"s}), 0x04030201u);
     EXPECT_EQ(as_dword(raw_value{REG_DWORD_TYPE, "\x01\x02\x03"s}), std::nullopt);
     EXPECT_EQ(as_dword(raw_value{REG_SZ_TYPE, "\x01\x02\x03\x04"s}), std::nullopt);
 }

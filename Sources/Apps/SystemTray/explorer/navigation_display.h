@@ -49,7 +49,7 @@ bool apply_navigation_display(navigation_tree& tree, const wchar_t* parsing_name
                               const log_line& log);
 
 struct pass_settings {
-    bool start_enabled = false;
+    bool start_enabled{};
     navigation_display_mode search_filters_mode = navigation_display_mode::expand_first;
     navigation_display_mode quick_pins_mode = navigation_display_mode::expand_first;
 };

@@ -13,8 +13,8 @@ class settings_file;
 namespace explorer {
 
 struct repair_choice {
-    bool handlers_in_use = false;  // the suite's icon overlays are on, so its handlers must stay in place
-    bool suppress = false;         // Explorer's thumbnail frame goes
+    bool handlers_in_use{};  // the suite's icon overlays are on, so its handlers must stay in place
+    bool suppress{};         // Explorer's thumbnail frame goes
 };
 
 // Nothing when the settings cannot be read: then neither step runs.
