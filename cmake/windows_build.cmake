@@ -85,4 +85,11 @@ endfunction()
 veldrake_add_wine_test(wine_core wine-core veldrake_core_tests 300)
 veldrake_add_wine_test(win32 win32 veldrake_win32_tests 300)
 veldrake_add_wine_test(e2e e2e veldrake_e2e_tests 600)
+# The machine-wide registry is the same after the end-to-end run as before it.
+add_test(NAME hklm_before_e2e COMMAND "${CMAKE_SOURCE_DIR}/scripts/hklm_snapshot" save "${wine_state}")
+add_test(NAME hklm_after_e2e COMMAND "${CMAKE_SOURCE_DIR}/scripts/hklm_snapshot" compare "${wine_state}")
+set_tests_properties(hklm_before_e2e PROPERTIES FIXTURES_SETUP hklm_unchanged FIXTURES_REQUIRED wine_desktop
+                     DEPENDS "wine_core;win32" LABELS e2e TIMEOUT 60)
+set_tests_properties(hklm_after_e2e PROPERTIES FIXTURES_CLEANUP hklm_unchanged FIXTURES_REQUIRED wine_desktop LABELS e2e TIMEOUT 60)
+set_tests_properties(e2e PROPERTIES FIXTURES_REQUIRED "wine_desktop;hklm_unchanged")
 include(e2e_desktop)

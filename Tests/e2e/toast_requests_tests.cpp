@@ -13,13 +13,6 @@ namespace {
 
 HWND wait_for_notification(DWORD tray) { return wait_for_window(tray, toast_utilities::NOTIFICATION_WINDOW_CLASS); }
 
-LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes) {
-    COPYDATASTRUCT copy{id, bytes, const_cast<wchar_t*>(payload)};
-    DWORD_PTR reply = 99;
-    SendMessageTimeoutW(tray, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&copy), SMTO_BLOCK | SMTO_ABORTIFHUNG, 5000, &reply);
-    return static_cast<LRESULT>(reply);
-}
-
 bool sent(toast_click_action action, const std::wstring& arg, const std::wstring& title) {
     return tray_toast_ipc::send_toast_request({(tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring(),
                                                L"Veldrake", title, L"Click to continue", action, arg});
@@ -28,28 +21,6 @@ bool sent(toast_click_action action, const std::wstring& arg, const std::wstring
 using toast_requests = tray_test;
 
 }  // namespace
-
-TEST_F(toast_requests, refused_messages_answer_0_and_only_a_malformed_request_is_logged) {
-    running_tray tray;
-    ASSERT_NE(tray.window(), nullptr);
-    const log_mark mark(tray_log_file());
-    const std::wstring good = tray_toast_ipc::encode_toast_request({L"", L"", L"t", L"x", toast_click_action::none, L""});
-    const auto id = tray_toast_ipc::TOAST_COPYDATA_ID;
-    // Which requests are refused is the dispatcher's (host tier); here, the answer and the log.
-    EXPECT_EQ(send_copy_data(tray.window(), 0x4B445655, good.c_str(), 2 * (good.size() + 1)), 0) << "another dwData";
-    EXPECT_EQ(send_copy_data(tray.window(), id, good.c_str(), 1), 0) << "cbData 1";
-    // The start-up tasks may still log; of the toasts, nothing.
-    const auto toast_lines = [&] {
-        auto lines = mark.messages();
-        std::erase_if(lines, [](const std::string& l) { return l.find("toast") == std::string::npos; });
-        return lines;
-    };
-    EXPECT_TRUE(toast_lines().empty()) << "refused silently";
-
-    const std::wstring six_fields = L"1\u0001\u0001\u0001title\u0001text\u00010";
-    EXPECT_EQ(send_copy_data(tray.window(), id, six_fields.c_str(), 2 * (six_fields.size() + 1)), 0);
-    EXPECT_EQ(toast_lines(), std::vector<std::string>{"[WARNING] toast_dispatcher: ignoring a malformed toast request"});
-}
 
 // Each toast is drawn in the theme of its time, kept as a picture and clicked with the real pointer.
 TEST_F(toast_requests, a_click_on_a_toast_starts_what_its_request_names) {
@@ -106,18 +77,4 @@ TEST_F(toast_requests, a_sender_that_finds_no_tray_starts_one_and_its_toast_show
     EXPECT_NE(in_tray, in_sender) << "shown once";
     if (in_tray) EXPECT_EQ(sender.wait_exit(std::chrono::seconds(10)), 0u) << "a sender that reached the tray shows nothing";
     sender.terminate();
-}
-
-// Another program ending the tray politely posts WM_CLOSE to each of its windows, the notification too.
-TEST_F(toast_requests, a_notification_closed_from_outside_is_dismissed_and_the_tray_goes_on) {
-    running_tray tray;
-    ASSERT_NE(tray.window(), nullptr);
-    ASSERT_TRUE(sent(toast_click_action::none, L"", L"First"));
-    const HWND first = wait_for_notification(tray.process().id());
-    ASSERT_NE(first, nullptr);
-    PostMessageW(first, WM_CLOSE, 0, 0);
-    EXPECT_TRUE(poll_until([&] { return !IsWindow(first); }));
-    ASSERT_TRUE(sent(toast_click_action::none, L"", L"Second"));
-    EXPECT_NE(wait_for_notification(tray.process().id()), nullptr) << "the dispatcher shows the next one";
-    EXPECT_EQ(tray.close(), 0u) << "and stops at its next poll";
 }

@@ -5,6 +5,7 @@
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "logging/log_format.h"
 #include "platform/paths_win32.h"
+#include "toasts/tray_toast_ipc.h"
 #include "tray_messages.h"
 
 #include <shellapi.h>
@@ -35,7 +36,7 @@ std::filesystem::path tray_log_file() {
 void reset_tray_state() {
     std::error_code ignored;
     std::filesystem::remove_all(tray_data_root(), ignored);
-    test_registry::delete_tree(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance");
+    test_registry::delete_tree_and_empty_parents(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance");
 }
 
 void tray_test::set_theme(bool dark) {
@@ -86,6 +87,19 @@ system_program_double::~system_program_double() {
     test_registry::delete_value(HKEY_CURRENT_USER, dll_overrides, program_.filename().c_str());
     std::error_code ignored;
     std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
+}
+
+LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes) {
+    COPYDATASTRUCT copy{id, bytes, const_cast<wchar_t*>(payload)};
+    DWORD_PTR reply = 99;
+    SendMessageTimeoutW(tray, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&copy), SMTO_BLOCK | SMTO_ABORTIFHUNG, 5000, &reply);
+    return static_cast<LRESULT>(reply);
+}
+
+bool request_toast(HWND tray, const std::wstring& title) {
+    const std::wstring payload =
+        tray_toast_ipc::encode_toast_request({L"", L"", title, L"text", tray_toast_ipc::toast_click_action::none, L""});
+    return send_copy_data(tray, tray_toast_ipc::TOAST_COPYDATA_ID, payload.c_str(), 2 * (payload.size() + 1)) == 1;
 }
 
 running_tray::running_tray(bool expect_window, const std::filesystem::path& exe)

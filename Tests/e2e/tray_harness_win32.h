@@ -69,6 +69,11 @@ public:
     const recorded_runs runs;
 };
 
+// Sends WM_COPYDATA with `bytes` of `payload` to the tray, as a sibling does; its answer.
+LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes);
+// A toast request for `title` with the text "text", as a sibling sends it; whether it was taken.
+bool request_toast(HWND tray, const std::wstring& title);
+
 class running_tray {
 public:
     // Starts the tray; when `expect_window` is set, waits for its window.

@@ -29,8 +29,8 @@ using tray_process = tray_test;
 
 }  // namespace
 
-// A second start while one runs exits 0 without a line; a start after Exit appends to the day's log.
-TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_silently_and_a_later_one_appends) {
+// A start after Exit appends to the day's log. (Second starts while one runs: the fault suite.)
+TEST_F(tray_process, starts_hidden_and_registered_and_a_later_start_appends) {
     const std::wstring key = L"Software\\Classes\\AppUserModelId\\Kestrane.Veldrake";
     test_registry::delete_tree(HKEY_CURRENT_USER, key);  // written by this start, not an earlier one
     {
@@ -50,10 +50,6 @@ TEST_F(tray_process, starts_hidden_and_registered_and_a_second_start_exits_0_sil
         EXPECT_TRUE(before[0].ends_with(first_line_end(first))) << before[0];
         EXPECT_TRUE(read_lines(tray_log_file())[0].ends_with(first_line_end(first))) << "the very first line";
 
-        running_tray second(false);
-        EXPECT_EQ(second.process().wait_exit(), 0u);
-        EXPECT_EQ(start_lines(), before) << "the second start writes nothing";
-        EXPECT_TRUE(first.process().running());
         PostMessageW(first.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
         EXPECT_EQ(first.process().wait_exit(), 0u) << "Exit ends it with code 0";
     }

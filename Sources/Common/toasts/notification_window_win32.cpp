@@ -39,7 +39,8 @@ public:
     std::exception_ptr failure;  // thrown by the click's sink, for the show's caller
 
     void open(DWORD poll_ms) {
-        if (!create(L"", WS_POPUP, WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE)) {
+        // Named by its title, so that a screen reader and other programs can tell one toast from another.
+        if (!create(title.c_str(), WS_POPUP, WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE)) {
             done = true;
             result = HRESULT_FROM_WIN32(GetLastError());
             return;

@@ -1,0 +1,184 @@
+#include "doubles/sibling_doubles_win32.h"
+#include "e2e/tray_harness_win32.h"
+#include "platform/paths_win32.h"
+#include "toasts/notification_window_win32.h"
+#include "toasts/tray_toast_ipc.h"
+#include "tray_messages.h"
+
+#include <gtest/gtest.h>
+
+#include <tlhelp32.h>
+
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+using namespace e2e;
+
+namespace {
+
+std::filesystem::path settings_file() {
+    return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"Settings" / L"High Level Settings.json";
+}
+
+std::string contents(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+// Runs the tray's timer `id` now, on its own thread, as the timer would: a poll that needs no waiting.
+void run_timer(HWND tray, UINT_PTR id) {
+    DWORD_PTR ignored = 0;
+    SendMessageTimeoutW(tray, WM_TIMER, id, 0, SMTO_ABORTIFHUNG, 5000, &ignored);
+}
+
+// Whether the taskbar holds the tray's icon: a change of nothing succeeds only for an icon it has.
+bool icon_shown(HWND tray) {
+    NOTIFYICONDATAW icon{};
+    icon.cbSize = sizeof(icon);
+    icon.hWnd = tray;
+    icon.uID = TRAY_ICON_MAIN;
+    return Shell_NotifyIconW(NIM_MODIFY, &icon);
+}
+
+// The processes that `parent` started and that still run under the name `exe`.
+std::vector<DWORD> children_of(DWORD parent, const wchar_t* exe) {
+    std::vector<DWORD> found;
+    const unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof(entry);
+    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) {
+        if (entry.th32ParentProcessID == parent && _wcsicmp(entry.szExeFile, exe) == 0) found.push_back(entry.th32ProcessID);
+    }
+    return found;
+}
+
+using faults = tray_test;
+
+}  // namespace
+
+// What the world may do to a running tray, one row each. After each the tray still runs, answers
+// within a second and keeps what it should; at the end a polite shutdown of the whole process ends it.
+TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr);
+    const HWND window = tray.window();
+    const DWORD pid = tray.process().id();
+    const auto logs = tray_log_file().parent_path();
+    const std::wstring controller = L"Veldrake.ContextMenuReplacement.Controller.exe";
+    const auto controller_record = fresh_folder(L"hanging") / L"record.txt";
+
+    const struct {
+        const char* name;
+        std::function<void()> fault;
+    } rows[] = {
+        {"a second instance started 50 times",
+         [&] {
+             const log_mark mark(tray_log_file());
+             std::vector<child_process> seconds;
+             for (int i = 0; i < 50; ++i) seconds.push_back(child_process::start(tray_exe()));
+             for (const auto& second : seconds) EXPECT_EQ(second.wait_exit(), 0u);
+             EXPECT_EQ(mark.count("[INFO] Starting logging for System Tray"), 0u) << "none of them logs";
+         }},
+        {"an Explorer restart staged 20 times",
+         [&] {
+             for (int i = 0; i < 20; ++i) {
+                 SCOPED_TRACE(i);
+                 NOTIFYICONDATAW gone{};
+                 gone.cbSize = sizeof(gone);
+                 gone.hWnd = window;
+                 gone.uID = TRAY_ICON_MAIN;
+                 ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &gone)) << "the old taskbar takes its icons along";
+                 SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+                 ASSERT_TRUE(poll_until([&] { return icon_shown(window); })) << "the icon is back";
+             }
+         }},
+        {"the settings file deleted",
+         [&] {
+             ASSERT_TRUE(std::filesystem::remove(settings_file()));
+             const log_mark mark(tray_log_file());
+             run_timer(window, TIMER_SETTINGS_POLL);
+             EXPECT_TRUE(std::filesystem::exists(settings_file())) << "the default is copied back";
+             const auto lines = mark.messages();
+             EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                                     [](const std::string& l) { return l.starts_with("[INFO] Copied default settings from "); }),
+                       1);
+         }},
+        {"the settings file corrupted",
+         [&] {
+             const std::string corrupt = "{\"apps\": [{\"name\": \"Veld";
+             std::ofstream(settings_file(), std::ios::binary | std::ios::trunc) << corrupt;
+             run_timer(window, TIMER_SETTINGS_POLL);
+             EXPECT_EQ(contents(settings_file()), corrupt) << "the tray only reads the user's file";
+             std::filesystem::remove(settings_file());
+         }},
+        {"the log folder made unwritable",
+         [&] {
+             // A file where the folder was: nothing can be created there, and the open log moves along.
+             const auto moved = logs.parent_path() / L"Logs moved";
+             std::filesystem::rename(logs, moved);
+             std::ofstream(logs, std::ios::binary) << "not a folder";
+             // A request refused for its id or its size is not logged; a malformed one is, once.
+             const std::wstring malformed = L"1\u0001\u0001\u0001title\u0001text\u00010";
+             const auto bytes = static_cast<DWORD>(2 * (malformed.size() + 1));
+             EXPECT_EQ(send_copy_data(window, 0x4B445655, malformed.c_str(), bytes), 0) << "another dwData";
+             EXPECT_EQ(send_copy_data(window, tray_toast_ipc::TOAST_COPYDATA_ID, malformed.c_str(), 1), 0);
+             EXPECT_EQ(send_copy_data(window, tray_toast_ipc::TOAST_COPYDATA_ID, malformed.c_str(), bytes), 0);
+             EXPECT_TRUE(answers(window));
+             const auto kept = read_lines(moved / tray_log_file().filename());
+             ASSERT_GE(kept.size(), 2u);
+             EXPECT_TRUE(kept.back().ends_with("[WARNING] toast_dispatcher: ignoring a malformed toast request"))
+                 << "the line reaches the file the tray holds: " << kept.back();
+             EXPECT_EQ(kept[kept.size() - 2].find("toast"), std::string::npos) << kept[kept.size() - 2];
+             std::filesystem::remove(logs);
+             std::filesystem::rename(moved, logs);
+         }},
+        {"a sibling that hangs",
+         [&] {
+             sibling_doubles::control(tray_exe().parent_path() / controller, controller_record, "0", "sleep");
+             run_timer(window, TIMER_RECONCILE_DELAY);
+             ASSERT_TRUE(poll_until([&] { return !sibling_doubles::read_records(controller_record).empty(); }));
+             EXPECT_TRUE(answers(window)) << "the reconcile waits on a thread of its own";
+             // Let it go: the retry that follows exits at once.
+             sibling_doubles::control(tray_exe().parent_path() / controller, controller_record);
+             for (const DWORD hung : children_of(pid, controller.c_str())) {
+                 const unique_handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, hung));
+                 TerminateProcess(process.get(), 1);
+                 WaitForSingleObject(process.get(), 5000);
+             }
+             EXPECT_TRUE(poll_until([&] { return sibling_doubles::read_records(controller_record).size() == 2; }));
+             sibling_doubles::remove_control(tray_exe().parent_path() / controller);
+         }},
+        {"a flood while a toast shows",
+         [&] {
+             ASSERT_TRUE(request_toast(window, L"Showing"));
+             HWND shown = wait_for_window(pid, toast_utilities::NOTIFICATION_WINDOW_CLASS);
+             ASSERT_NE(shown, nullptr);
+             for (int i = 0; i < 2000; ++i) ASSERT_TRUE(request_toast(window, L"Flood " + std::to_wstring(i)));
+             // At most three wait, and the newest win, in their order.
+             std::wstring previous = L"Showing";
+             for (const wchar_t* next : {L"Flood 1997", L"Flood 1998", L"Flood 1999"}) {
+                 PostMessageW(shown, WM_CLOSE, 0, 0);
+                 ASSERT_TRUE(poll_until([&] {
+                     const auto now = windows_of(pid, toast_utilities::NOTIFICATION_WINDOW_CLASS);
+                     if (now.empty()) return false;
+                     const std::wstring text = window_text(shown = now.front());  // empty once it is gone
+                     return !text.empty() && text != previous;
+                 }));
+                 EXPECT_EQ(window_text(shown), next);
+                 previous = next;
+             }
+             PostMessageW(shown, WM_CLOSE, 0, 0);
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        row.fault();
+        EXPECT_TRUE(tray.process().running());
+        EXPECT_TRUE(answers(window));
+    }
+
+    for (const HWND w : windows_of(pid, nullptr, nullptr, true)) PostMessageW(w, WM_CLOSE, 0, 0);
+    EXPECT_EQ(tray.process().wait_exit(), 0u) << "WM_CLOSE to every window of the process ends it cleanly";
+}
