@@ -84,7 +84,7 @@ endfunction()
 
 veldrake_add_wine_test(wine_core wine-core veldrake_core_tests 300)
 veldrake_add_wine_test(win32 win32 veldrake_win32_tests 300)
-veldrake_add_wine_test(e2e e2e veldrake_e2e_tests 600)
+veldrake_add_wine_test(e2e e2e veldrake_e2e_tests 900)
 # The machine-wide registry is the same after the end-to-end run as before it.
 add_test(NAME hklm_before_e2e COMMAND "${CMAKE_SOURCE_DIR}/scripts/hklm_snapshot" save "${wine_state}")
 add_test(NAME hklm_after_e2e COMMAND "${CMAKE_SOURCE_DIR}/scripts/hklm_snapshot" compare "${wine_state}")
