@@ -56,7 +56,7 @@ add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FR
 function(veldrake_wine_test_exe name)
     add_executable(${name} ${ARGN} ${veldrake_per_exe_sources} "${CMAKE_SOURCE_DIR}/Tests/common/wine_process_win32.cpp")
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
-    target_link_libraries(${name} PRIVATE veldrake_core gtest)
+    target_link_libraries(${name} PRIVATE veldrake_core gtest ntdll)
 endfunction()
 
 veldrake_wine_test_exe(veldrake_core_tests ${veldrake_core_test_sources} "${CMAKE_SOURCE_DIR}/Tests/common/gtest_main_win32.cpp")

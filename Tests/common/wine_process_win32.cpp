@@ -1,5 +1,7 @@
 #include "common/wine_process_win32.h"
 
+#include <winternl.h>
+
 #include <algorithm>
 #include <fstream>
 #include <stdexcept>
@@ -74,6 +76,11 @@ HWND wait_for_window(DWORD process, const wchar_t* window_class, const wchar_t* 
     std::vector<HWND> found;
     poll_until([&] { return !(found = windows_of(process, window_class, title)).empty(); });
     return found.empty() ? nullptr : found.front();
+}
+
+unsigned long child_process::handles_on_it() const {
+    PUBLIC_OBJECT_BASIC_INFORMATION info{};
+    return NtQueryObject(process_.get(), ObjectBasicInformation, &info, sizeof(info), nullptr) == 0 ? info.HandleCount : 0;
 }
 
 child_process child_process::start(const std::filesystem::path& program, const std::wstring& arguments) {

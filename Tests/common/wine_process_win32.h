@@ -65,6 +65,8 @@ public:
 
     DWORD id() const noexcept { return id_; }
     uint64_t creation_time() const;
+    // How many handles are open on the process, this one among them.
+    unsigned long handles_on_it() const;
 
     // The exit code, or nothing if it still runs after `timeout`.
     std::optional<DWORD> wait_exit(std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;

@@ -153,6 +153,7 @@ TEST_F(housekeeping, a_file_dialog_is_served_until_its_program_crashes_with_the_
         SCOPED_TRACE(exit_code);
         const size_t before = injections().size();
         child_process child = child_process::start(this_program(), L"--file-dialog");
+        const unsigned long handles = child.handles_on_it();
         const HWND dialog = wait_for_window(child.id(), L"#32770");
         ASSERT_NE(dialog, nullptr);
         const bool served = recorded().empty();
@@ -160,6 +161,8 @@ TEST_F(housekeeping, a_file_dialog_is_served_until_its_program_crashes_with_the_
             ASSERT_TRUE(poll_until([&] { return injections().size() == before + 1; })) << "no injection request";
             EXPECT_TRUE(injections().back().command_line.ends_with(
                 fmt::format(L" inject-dialog 0x{:X}", reinterpret_cast<uintptr_t>(dialog))));
+            // The tray watches it through a handle of its own: only then can a crash be seen.
+            EXPECT_TRUE(poll_until([&] { return child.handles_on_it() > handles; }));
         } else {
             EXPECT_FALSE(poll_until([&] { return injections().size() > before; }, 3s)) << "a recorded program is left alone";
         }

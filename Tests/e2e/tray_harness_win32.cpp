@@ -10,6 +10,8 @@
 
 #include <shellapi.h>
 
+#include <cstdio>
+
 namespace e2e {
 
 namespace {
@@ -119,7 +121,13 @@ running_tray::~running_tray() {
 
 std::optional<DWORD> running_tray::close() {
     if (window_) PostMessageW(window_, WM_CLOSE, 0, 0);
-    return process_.wait_exit(std::chrono::seconds(20));
+    const auto code = process_.wait_exit(std::chrono::seconds(20));
+    // A tray that does not end is the fault to find: its log's last words go with the failure.
+    if (!code) {
+        const auto lines = read_lines(tray_log_file());
+        for (size_t i = lines.size() > 12 ? lines.size() - 12 : 0; i < lines.size(); ++i) fprintf(stderr, "  log: %s\n", lines[i].c_str());
+    }
+    return code;
 }
 
 }  // namespace e2e
