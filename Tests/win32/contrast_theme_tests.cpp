@@ -18,18 +18,15 @@ namespace {
 
 // What the code under test painted, through a memory DC.
 struct canvas {
-    canvas(int width, int height) : dc(CreateCompatibleDC(nullptr)), bitmap(make(width, height)) {
+    canvas(int width, int height) : dc(CreateCompatibleDC(nullptr)) {
+        const HDC screen = GetDC(nullptr);
+        bitmap.reset(CreateCompatibleBitmap(screen, width, height));
+        ReleaseDC(nullptr, screen);
         old = SelectObject(dc, bitmap.get());
     }
     ~canvas() {
         SelectObject(dc, old);
         DeleteDC(dc);
-    }
-    static HBITMAP make(int width, int height) {
-        const HDC screen = GetDC(nullptr);
-        const HBITMAP b = CreateCompatibleBitmap(screen, width, height);
-        ReleaseDC(nullptr, screen);
-        return b;
     }
     // Whether any pixel of `r` is exactly `colour`.
     bool shows(const RECT& r, COLORREF colour) const {
@@ -38,17 +35,17 @@ struct canvas {
                 if (GetPixel(dc, x, y) == colour) return true;
         return false;
     }
-    // Kept beside the end-to-end tier's pictures.
+    // Kept as a PNG beside the end-to-end tier's pictures.
     void keep(const std::wstring& name) {
+        namespace gp = Gdiplus::DllExports;
         const auto folder = test_support::this_program().parent_path().parent_path() / L"artifacts" / L"tray_presentation";
         std::filesystem::create_directories(folder);
         SelectObject(dc, old);
-        Gdiplus::GpBitmap* image = nullptr;
         const CLSID png{0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
-        if (Gdiplus::DllExports::GdipCreateBitmapFromHBITMAP(static_cast<HBITMAP>(bitmap.get()), nullptr, &image) == 0) {
-            Gdiplus::DllExports::GdipSaveImageToFile(image, (folder / (name + L".png")).c_str(), &png, nullptr);
-            Gdiplus::DllExports::GdipDisposeImage(image);
-        }
+        Gdiplus::GpBitmap* image = nullptr;
+        gp::GdipCreateBitmapFromHBITMAP(static_cast<HBITMAP>(bitmap.get()), nullptr, &image);
+        gp::GdipSaveImageToFile(image, (folder / (name + L".png")).c_str(), &png, nullptr);
+        gp::GdipDisposeImage(image);
         SelectObject(dc, bitmap.get());
     }
     HDC dc;
@@ -98,9 +95,9 @@ TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_c
         for (const wchar_t* label : labels) AppendMenuW(popup.get(), label ? MF_STRING : MF_SEPARATOR, 1, label);
         std::vector<tray_menu_item> records;
         owner_draw_items(popup.get(), records);
-        for (int i = 0; i < 7; ++i) {
-            wchar_t text[64] = {};
-            GetMenuStringW(popup.get(), static_cast<UINT>(i), text, 64, MF_BYPOSITION);
+        wchar_t text[64] = {};
+        for (UINT i = 0; i < 7; ++i, *text = 0) {
+            GetMenuStringW(popup.get(), i, text, 64, MF_BYPOSITION);
             EXPECT_STREQ(text, labels[i] ? labels[i] : L"") << "a screen reader reads the label";
         }
         const menu_metrics_record record{96, theme_colours::for_surface(theme_colours::surface::menu, scheme, 0)};
@@ -123,12 +120,13 @@ TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_c
             }
             top = i < 6 ? top + height : 0;
         }
-        if (s.name == std::wstring(L"black")) menu_picture.keep(L"tray-menu-contrast");
+        const bool black = s.name == std::wstring(L"black");
+        if (black) menu_picture.keep(L"tray-menu-contrast");
 
         // The notification, as shown.
         const com_ptr<IUserNotification2> notification = toast_utilities::create_local_notification(true);
-        const unique_hicon logo(static_cast<HICON>(LoadImageW(nullptr, L"Content\\Icons\\veldrake-logo-ai.ico", IMAGE_ICON,
-                                                              32, 32, LR_LOADFROMFILE)));
+        const unique_hicon logo(static_cast<HICON>(
+            LoadImageW(nullptr, L"Content\\Icons\\veldrake-logo-ai.ico", IMAGE_ICON, 32, 32, LR_LOADFROMFILE)));
         notification->SetIconInfo(logo.get(), L"Veldrake");
         notification->SetBalloonInfo(L"Context menu", L"Click to open its settings", 0);
         com_ptr<first_poll> query;
@@ -142,7 +140,7 @@ TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_c
             EXPECT_EQ(GetPixel(picture.dc, 0, 0), frame);
             EXPECT_EQ(GetPixel(picture.dc, 1, client.bottom / 2), window) << "no accent bar";
             EXPECT_TRUE(picture.shows({60, 10, client.right - 10, client.bottom - 10}, window_text));
-            if (s.name == std::wstring(L"black")) picture.keep(L"toast-contrast");
+            if (black) picture.keep(L"toast-contrast");
             looked = true;
         };
         notification->Show(query.get(), 10, nullptr);
