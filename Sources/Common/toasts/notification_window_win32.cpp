@@ -164,7 +164,8 @@ private:
         }
         SetBkMode(dc, TRANSPARENT);
         RECT title_rect{left, scaled(16), client.right - scaled(16), scaled(16) + title_height_};
-        SelectObject(dc, bold_font_.get());
+        // The DC may be a caller's (WM_PRINTCLIENT): its font goes back.
+        const HGDIOBJ old_font = SelectObject(dc, bold_font_.get());
         SetTextColor(dc, colours.text);
         DrawTextW(dc, title.c_str(), -1, &title_rect, DT_WORDBREAK | DT_NOPREFIX);
         const int text_top = title_rect.bottom + (title.empty() ? 0 : scaled(4));
@@ -176,6 +177,7 @@ private:
             RECT cue{client.left + scaled(4), client.top + scaled(4), client.right - scaled(4), client.bottom - scaled(4)};
             DrawFocusRect(dc, &cue);
         }
+        SelectObject(dc, old_font);
     }
 
     theme_colours::scheme scheme_;
