@@ -141,7 +141,7 @@ TEST_F(updates_e2e, a_newer_minor_version_badges_toasts_downloads_and_installs) 
 }
 
 // Each road that fails or is stopped leaves no file in Downloads and starts nothing: one byte short
-// of the floor, and Cancel (the Win32 tier shows that WM_CLOSE is Cancel).
+// of the floor, and Esc (the Win32 tier shows that WM_CLOSE is Cancel).
 TEST_F(updates_e2e, a_short_or_cancelled_download_leaves_nothing_and_starts_nothing) {
     const system_program_double msiexec(known_folder(FOLDERID_System) / L"msiexec.exe");
     site.version("v1.0.11");
@@ -154,7 +154,13 @@ TEST_F(updates_e2e, a_short_or_cancelled_download_leaves_nothing_and_starts_noth
         // What a click on the toast posts.
         PostMessageW(tray->window(), WM_START_DOWNLOAD, 0, 0);
         dialog_goes([&](HWND dialog) {
-            if (cancel) PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+            if (!cancel) return;
+            // Esc on the focused Cancel button, read by the tray's dialog-message loop.
+            GUITHREADINFO gui{};
+            gui.cbSize = sizeof(gui);
+            GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &gui);
+            EXPECT_EQ(gui.hwndFocus, GetDlgItem(dialog, IDCANCEL)) << "Cancel has the focus";
+            PostMessageW(GetDlgItem(dialog, IDCANCEL), WM_KEYDOWN, VK_ESCAPE, 0);
         });
         EXPECT_TRUE(poll_until([&] { return files_in(downloads).empty(); })) << "a file stays in Downloads";
         EXPECT_TRUE(msiexec.runs.wait(0).empty());

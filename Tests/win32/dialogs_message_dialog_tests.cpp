@@ -86,12 +86,14 @@ TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of
 }
 
 TEST(message_dialog, buttons_read_ok_no_cancel_from_the_left_and_ok_or_cancel_read_the_check_box) {
-    const struct { int id; bool check_result; } cases[] = {{ID_MESSAGE_OK, true}, {ID_MESSAGE_NO, false}, {ID_MESSAGE_CANCEL, true}};
+    // By keys: Tab from OK wraps to the check box, Space ticks it and Enter is OK.
+    const struct { int id; bool check_result, by_keys; } cases[] = {
+        {ID_MESSAGE_OK, true, false}, {ID_MESSAGE_NO, false, false}, {ID_MESSAGE_CANCEL, true, false}, {ID_MESSAGE_OK, true, true}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.id);
+        SCOPED_TRACE(testing::Message() << c.id << (c.by_keys ? " by keys" : ""));
         message_dialog dialog(L"Add this folder to the index?", true);
         dialog.show_check = dialog.show_no = true;
-        const auto drive = [](HWND window) {
+        const auto drive = [&](HWND window) {
             const auto at = [&](int id) {
                 RECT r{};
                 GetWindowRect(GetDlgItem(window, id), &r);
@@ -103,7 +105,17 @@ TEST(message_dialog, buttons_read_ok_no_cancel_from_the_left_and_ok_or_cancel_re
             EXPECT_EQ(at(ID_MESSAGE_OK).top, at(ID_MESSAGE_CANCEL).top);
             EXPECT_LT(at(ID_MESSAGE_CHECK).left, at(ID_MESSAGE_CHECK).right);
             EXPECT_LT(at(ID_MESSAGE_CHECK).bottom, at(ID_MESSAGE_OK).top);
-            SendDlgItemMessageW(window, ID_MESSAGE_CHECK, BM_SETCHECK, BST_CHECKED, 0);
+            if (!c.by_keys) return (void)SendDlgItemMessageW(window, ID_MESSAGE_CHECK, BM_SETCHECK, BST_CHECKED, 0);
+            const HWND check = GetDlgItem(window, ID_MESSAGE_CHECK);
+            PostMessageW(GetDlgItem(window, ID_MESSAGE_OK), WM_KEYDOWN, VK_TAB, 0);
+            GUITHREADINFO gui{};
+            gui.cbSize = sizeof(gui);
+            EXPECT_TRUE(poll_until([&] {
+                return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &gui) && gui.hwndFocus == check;
+            })) << "Tab reaches the check box";
+            for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) PostMessageW(check, message, VK_SPACE, 0);
+            PostMessageW(check, WM_KEYDOWN, VK_RETURN, 0);
+            EXPECT_TRUE(poll_until([&] { return !IsWindow(window); })) << "Enter ends the dialog";
         };
         EXPECT_EQ(run_dialog([&] { return dialog.show(nullptr); }, drive, c.id), c.id);
         EXPECT_EQ(dialog.check_result, c.check_result);

@@ -107,24 +107,25 @@ TEST_F(tray_icon_render, renders_release_every_gdi_object_they_make) {
     const DWORD before = gdi_objects();
     for (int i = 0; i < 200; ++i) {
         unique_hicon(render_badge_icon(true, i % 2 ? tray_badge::red : tray_badge::gold, i % 3 == 0, module()));
-        unique_hgdiobj(render_status_dot(tray_badge::green, i % 2 == 0));
+        unique_hgdiobj(render_status_dot(tray_badge::green, i % 2 == 0 ? 0xFF000000 : 0xFFD3D3D3));
     }
     EXPECT_LE(gdi_objects(), before + 2) << "a leak of one object a render shows as hundreds";
 }
 
 TEST_F(tray_icon_render, status_dot_is_a_premultiplied_circle_on_transparent_pixels) {
     const int size = GetSystemMetrics(SM_CXSMICON);
-    for (const bool dark : {false, true}) {
-        SCOPED_TRACE(dark ? "dark" : "light");
-        const unique_hgdiobj dot(render_status_dot(tray_badge::green, dark));
+    // The rings of the light and dark menus, and of a contrast menu with white text.
+    for (const uint32_t ring : {0xFFD3D3D3u, 0xFF000000u, 0xFFFFFFFFu}) {
+        SCOPED_TRACE(ring);
+        const unique_hgdiobj dot(render_status_dot(tray_badge::green, ring));
         const pixels p = read_bitmap(static_cast<HBITMAP>(dot.get()));
         ASSERT_TRUE(p.width == size && p.height == size) << p.width << "x" << p.height;
         EXPECT_EQ(p.at(size / 2, size / 2), tray_badge::green);
         EXPECT_EQ(p.at(0, 0), 0u);
         EXPECT_EQ(p.at(2, size / 2), 0u) << "5 pixels of margin";
-        // On the top of the circle sits the anti-aliased outline, grey in light, black in dark.
+        // On the top of the circle sits the anti-aliased ring.
         bool found = false;
-        for (int y = 3; y <= 6; ++y) found = found || shows(p.at(size / 2, y), tray_badge::dot_outline(dark) & 0xFFFFFF);
+        for (int y = 3; y <= 6; ++y) found = found || shows(p.at(size / 2, y), ring & 0xFFFFFF);
         EXPECT_TRUE(found);
     }
 }

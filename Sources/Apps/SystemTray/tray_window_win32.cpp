@@ -4,10 +4,10 @@
 #include "platform/clock_win32.h"
 
 #include "app_identity_win32.h"
+#include "dialogs/theme_helpers_win32.h"
 #include "logging/log_file_win32.h"
 #include "platform/paths_win32.h"
 #include "platform/sdk_gaps_win32.h"
-#include "platform/theme_win32.h"
 
 tray_window::~tray_window() {
     mute_monitor.stop();
@@ -62,8 +62,10 @@ LRESULT tray_window::on_create() {
     if (sdk::has_no_package()) register_app_user_model_display(icon_path);
     if (!toasts.running()) toasts.start();
 
-    dark_mode = is_dark_mode();
-    const BOOL dark = dark_mode ? TRUE : FALSE;
+    const theme_colours::scheme scheme = common_dialogs::read_scheme();
+    // Icons beside a dark contrast taskbar want their dark look; the frame never does in contrast.
+    dark_mode = theme_colours::looks_dark(scheme);
+    const BOOL dark = common_dialogs::dark_frame(scheme) ? TRUE : FALSE;
     DwmSetWindowAttribute(hwnd(), sdk::DWMWA_USE_IMMERSIVE_DARK_MODE, &dark, sizeof(dark));
     const DWORD round = sdk::DWMWCP_ROUND;
     DwmSetWindowAttribute(hwnd(), sdk::DWMWA_WINDOW_CORNER_PREFERENCE, &round, sizeof(round));
@@ -206,7 +208,7 @@ void tray_window::on_exit() {
 }
 
 void tray_window::refresh_tray_state() {
-    dark_mode = is_dark_mode();
+    dark_mode = theme_colours::looks_dark(common_dialogs::read_scheme());
     show_download_toast_as_needed();
     update_tray_icon();
     maybe_prompt_index_stall();

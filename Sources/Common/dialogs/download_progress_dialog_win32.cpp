@@ -10,7 +10,7 @@ namespace common_dialogs {
 namespace {
 
 constexpr DWORD PROGRESS_STYLE = WS_CHILD | WS_VISIBLE | PBS_SMOOTH;
-constexpr DWORD CANCEL_STYLE = WS_CHILD | WS_VISIBLE;
+constexpr DWORD CANCEL_STYLE = WS_CHILD | WS_VISIBLE | WS_TABSTOP;
 
 }  // namespace
 
@@ -89,9 +89,10 @@ void download_progress_dialog::cancel() {
 
 LRESULT download_progress_dialog::on_create() {
     const HWND window = hwnd();
-    dark = is_dark_mode();
+    scheme = read_scheme();
+    const bool dark = dark_frame(scheme);
     apply_frame_attributes(window, dark);
-    background_brush.reset(CreateSolidBrush(dark ? 0x202020 : 0xF2F2F2));
+    background_brush.reset(CreateSolidBrush(theme_colours::for_surface(theme_colours::surface::dialog, scheme, 0).background));
     font_.reset(create_ui_font(window));
 
     int dpi_x = 96, dpi_y = 96;
@@ -120,6 +121,8 @@ LRESULT download_progress_dialog::on_create() {
                                         window, reinterpret_cast<HMENU>(static_cast<INT_PTR>(ID_DOWNLOAD_CANCEL)),
                                         instance, nullptr);
     cancel_button.attach(cancel);
+    // Esc and Space reach the button through the owner's dialog-message loop.
+    SetFocus(cancel);
     apply_dark_theme(cancel, dark);
     SendMessageW(cancel, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
 

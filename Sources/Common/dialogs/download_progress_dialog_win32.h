@@ -47,7 +47,7 @@ public:
     windows11_button cancel_button;
     unique_hgdiobj background_brush;
     std::atomic<bool> cancelled{false};
-    bool dark = false;
+    theme_colours::scheme scheme;  // read when the window is made
     bool done = false;  // set by WM_DOWNLOAD_DONE; the owner's message loop ends on it
     int32_t last_percent = -1;
 

@@ -148,9 +148,10 @@ INT_PTR message_dialog::process_message(UINT message, WPARAM w, LPARAM) {
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLOREDIT: {
             const HDC dc = reinterpret_cast<HDC>(w);
-            SetTextColor(dc, dark ? RGB(255, 255, 255) : RGB(0, 0, 0));
+            const theme_colours::roles colours = theme_colours::for_surface(theme_colours::surface::dialog, scheme, 0);
+            SetTextColor(dc, colours.text);
             SetBkMode(dc, TRANSPARENT);
-            SetBkColor(dc, dark ? 0x202020 : 0xF2F2F2);
+            SetBkColor(dc, colours.background);
             return reinterpret_cast<INT_PTR>(background_brush.get());
         }
         case WM_BRING_TO_FRONT:
@@ -174,9 +175,10 @@ HWND message_dialog::make_child(const wchar_t* window_class, const std::wstring&
 }
 
 void message_dialog::on_init_dialog() {
-    dark = is_dark_mode();
+    scheme = read_scheme();
+    const bool dark = dark_frame(scheme);
     apply_frame_attributes(dialog_, dark);
-    background_brush.reset(CreateSolidBrush(dark ? 0x202020 : 0xF2F2F2));
+    background_brush.reset(CreateSolidBrush(theme_colours::for_surface(theme_colours::surface::dialog, scheme, 0).background));
     const UINT window_dpi = GetDpiForWindow(dialog_);
     dpi = window_dpi ? window_dpi : 96;
     font.reset(create_ui_font(dialog_));
@@ -240,6 +242,7 @@ void message_dialog::on_init_dialog() {
                              no_button.window(), ok_button.window()}) {
         if (child) apply_dark_theme(child, dark);
     }
+
     apply_dark_theme(dialog_, dark);
 
     if (big_icon) SendMessageW(dialog_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big_icon));

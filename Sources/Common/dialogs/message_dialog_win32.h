@@ -47,7 +47,7 @@ public:
     HWND static_window = nullptr, edit_window = nullptr;
     windows11_button ok_button, cancel_button, no_button, copy_button;
     HWND check_window = nullptr;
-    bool dark = false;
+    theme_colours::scheme scheme;  // read when the dialog is made
     uint32_t dpi = 96;
 
 private:

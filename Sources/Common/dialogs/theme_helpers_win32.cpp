@@ -21,6 +21,26 @@ HFONT make_font(HWND window, DWORD pitch_and_family, const wchar_t* face) noexce
 
 }  // namespace
 
+bool high_contrast_on() noexcept {
+    HIGHCONTRASTW contrast{};
+    contrast.cbSize = sizeof(contrast);
+    return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof(contrast), &contrast, 0) &&
+           (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+theme_colours::scheme read_scheme(bool contrast) noexcept {
+    if (!contrast) return {is_dark_mode() ? theme_colours::theme::dark : theme_colours::theme::light, {}};
+    return {theme_colours::theme::contrast,
+            {GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_MENU),
+             GetSysColor(COLOR_MENUTEXT), GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT),
+             GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_BTNFACE), GetSysColor(COLOR_BTNTEXT),
+             GetSysColor(COLOR_WINDOWFRAME)}};
+}
+
+bool focus_cues_hidden(HWND window) noexcept {
+    return (SendMessageW(window, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) != 0;
+}
+
 COLORREF read_accent_color() noexcept {
     DWORD value = 0;
     DWORD size = sizeof(value);

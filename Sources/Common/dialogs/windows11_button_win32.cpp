@@ -3,7 +3,6 @@
 #include <commctrl.h>
 #include <uxtheme.h>
 
-#include "dialogs/button_colours.h"
 #include "dialogs/theme_helpers_win32.h"
 #include "dialogs/ui_metrics.h"
 
@@ -67,7 +66,7 @@ void windows11_button::attach(HWND window) {
     }
     window_ = window;
     SetWindowLongPtrW(window, GWL_STYLE, GetWindowLongPtrW(window, GWL_STYLE));
-    dark = is_dark_mode();
+    scheme = read_scheme();
     const UINT window_dpi = GetDpiForWindow(window);
     dpi = window_dpi ? window_dpi : 96;
     own_font_.reset(create_ui_font(window));
@@ -144,20 +143,18 @@ void windows11_button::paint(HDC dc) {
     RECT client{};
     GetClientRect(window_, &client);
     const LRESULT state = SendMessageW(window_, BM_GETSTATE, 0, 0);
-    button_colours::look look;
+    theme_colours::button_look look;
     look.primary = primary;
     look.flat = flat;
-    look.dark = dark;
     look.hover = hover;
     look.pushed = (state & BST_PUSHED) != 0;
     look.enabled = IsWindowEnabled(window_) != FALSE;
-    look.accent = read_accent_color();
     const bool focused = (state & BST_FOCUS) != 0;
-    const button_colours::colours c = button_colours::for_look(look);
+    const theme_colours::button_paint c = theme_colours::for_button(look, scheme, read_accent_color());
 
     DrawThemeParentBackground(window_, dc, &client);
     const unique_hgdiobj brush(CreateSolidBrush(c.fill));
-    const unique_hgdiobj pen(CreatePen(PS_SOLID, 1, focused ? RGB(255, 255, 255) : c.border));
+    const unique_hgdiobj pen(CreatePen(PS_SOLID, 1, focused ? c.focus : c.border));
     const HGDIOBJ old_brush = SelectObject(dc, brush.get());
     const HGDIOBJ old_pen = SelectObject(dc, pen.get());
     const int corner = ui_metrics::scale(8, dpi);
@@ -186,6 +183,12 @@ void windows11_button::paint(HDC dc) {
             // Without the icon font, the copy glyph would be an empty box: draw its two sheets instead.
             draw_copy_sheets(dc, client, c.text, c.fill, dpi);
         }
+    }
+    if (focused && !focus_cues_hidden(window_)) {
+        // The outline alone is too faint on a light dialog for a keyboard user to follow.
+        const int inset = ui_metrics::scale(3, dpi);
+        RECT cue{client.left + inset, client.top + inset, client.right - inset, client.bottom - inset};
+        DrawFocusRect(dc, &cue);
     }
     SelectObject(dc, old_pen);
     SelectObject(dc, old_brush);

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "dialogs/theme_colours.h"
 #include "platform/unique_resource_win32.h"
 
 #include <string>
@@ -28,7 +29,7 @@ public:
     HFONT font = nullptr;  // the font in use: ours, or the one WM_SETFONT gave
     HFONT glyph_font = nullptr;
     std::wstring glyph;  // shown in place of the window text when set
-    bool dark = false;
+    theme_colours::scheme scheme;  // read when attached
     uint32_t dpi = 96;
 
 private:

@@ -15,15 +15,6 @@ namespace {
 
 constexpr UINT_PTR TIMER_POLL = 1;
 
-struct palette {
-    COLORREF background, border, title, text;
-};
-
-palette palette_for(bool dark) {
-    return dark ? palette{RGB(43, 43, 43), RGB(70, 70, 70), RGB(255, 255, 255), RGB(208, 208, 208)}
-                : palette{RGB(249, 249, 249), RGB(218, 218, 218), RGB(0, 0, 0), RGB(64, 64, 64)};
-}
-
 class notification_window : public window_impl<notification_window> {
 public:
     static window_class_info class_info() noexcept {
@@ -34,6 +25,7 @@ public:
     HICON icon = nullptr;  // shared, not owned
     IQueryContinue* query = nullptr;
     IUserNotificationCallback* sink = nullptr;
+    bool contrast = false;
     bool done = false;
     HRESULT result = HRESULT_FROM_WIN32(ERROR_CANCELLED);
     std::exception_ptr failure;  // thrown by the click's sink, for the show's caller
@@ -45,8 +37,8 @@ public:
             result = HRESULT_FROM_WIN32(GetLastError());
             return;
         }
-        dark_ = is_dark_mode();
-        common_dialogs::apply_frame_attributes(hwnd(), dark_);
+        scheme_ = common_dialogs::read_scheme(contrast);
+        common_dialogs::apply_frame_attributes(hwnd(), common_dialogs::dark_frame(scheme_));
         font_.reset(common_dialogs::create_ui_font(hwnd()));
         LOGFONTW bold{};
         GetObjectW(font_.get(), sizeof(bold), &bold);
@@ -59,25 +51,33 @@ public:
 
     LRESULT process_message(UINT message, WPARAM w, LPARAM l, bool& handled) {
         switch (message) {
-            case WM_PAINT: paint(); return 0;
+            case WM_PAINT: {
+                PAINTSTRUCT ps;
+                if (const HDC dc = BeginPaint(hwnd(), &ps)) paint(dc);
+                EndPaint(hwnd(), &ps);
+                return 0;
+            }
+            case WM_PRINTCLIENT: paint(reinterpret_cast<HDC>(w)); return 0;
+            case WM_SETFOCUS:
+            case WM_KILLFOCUS:
+            case WM_UPDATEUISTATE:
+                InvalidateRect(hwnd(), nullptr, FALSE);
+                handled = message != WM_UPDATEUISTATE;
+                return 0;
+            // Once given the focus, Enter or Space opens it as a click does, Esc dismisses it.
+            case WM_KEYDOWN:
+                if (w == VK_RETURN || w == VK_SPACE) {
+                    RECT r{};
+                    GetClientRect(hwnd(), &r);
+                    click({r.right / 2, r.bottom / 2});
+                } else if (w == VK_ESCAPE) {
+                    finish(HRESULT_FROM_WIN32(ERROR_CANCELLED));
+                }
+                return 0;
             case WM_TIMER:
                 if (w == TIMER_POLL && query && query->QueryContinue() != S_OK) finish(HRESULT_FROM_WIN32(ERROR_CANCELLED));
                 return 0;
-            case WM_LBUTTONUP:
-                // Hidden first: the click may open a dialog and take long.
-                ShowWindow(hwnd(), SW_HIDE);
-                if (sink) {
-                    POINT at{GET_X_LPARAM(l), GET_Y_LPARAM(l)};
-                    ClientToScreen(hwnd(), &at);
-                    // Never through user32: the show's caller rethrows it.
-                    try {
-                        sink->OnBalloonUserClick(&at);
-                    } catch (...) {
-                        failure = std::current_exception();
-                    }
-                }
-                finish(S_OK);
-                return 0;
+            case WM_LBUTTONUP: click({GET_X_LPARAM(l), GET_Y_LPARAM(l)}); return 0;
             // A close from anywhere (Alt+F4, a polite shutdown of the process) is a dismissal.
             case WM_RBUTTONUP:
             case WM_CLOSE: finish(HRESULT_FROM_WIN32(ERROR_CANCELLED)); return 0;
@@ -93,6 +93,21 @@ public:
 private:
     static int GET_X_LPARAM(LPARAM l) { return static_cast<short>(LOWORD(l)); }
     static int GET_Y_LPARAM(LPARAM l) { return static_cast<short>(HIWORD(l)); }
+
+    void click(POINT at) {
+        // Hidden first: the click may open a dialog and take long.
+        ShowWindow(hwnd(), SW_HIDE);
+        if (sink) {
+            ClientToScreen(hwnd(), &at);
+            // Never through user32: the show's caller rethrows it.
+            try {
+                sink->OnBalloonUserClick(&at);
+            } catch (...) {
+                failure = std::current_exception();
+            }
+        }
+        finish(S_OK);
+    }
 
     void finish(HRESULT hr) {
         if (done) return;
@@ -128,21 +143,20 @@ private:
                      height, SWP_NOACTIVATE);
     }
 
-    void paint() {
-        PAINTSTRUCT ps;
-        const HDC dc = BeginPaint(hwnd(), &ps);
-        const palette colours = palette_for(dark_);
+    void paint(HDC dc) {
+        const theme_colours::roles colours = theme_colours::for_surface(theme_colours::surface::notification, scheme_,
+                                                                         common_dialogs::read_accent_color());
         RECT client;
         GetClientRect(hwnd(), &client);
         const unique_hgdiobj background(CreateSolidBrush(colours.background));
         FillRect(dc, &client, static_cast<HBRUSH>(background.get()));
         const unique_hgdiobj border(CreateSolidBrush(colours.border));
         FrameRect(dc, &client, static_cast<HBRUSH>(border.get()));
-        COLORREF accent = common_dialogs::read_accent_color();
-        if (accent == 0) accent = RGB(0, 120, 215);
-        const unique_hgdiobj accent_brush(CreateSolidBrush(accent));
-        RECT bar{client.left, client.top, client.left + scaled(3), client.bottom};
-        FillRect(dc, &bar, static_cast<HBRUSH>(accent_brush.get()));
+        if (colours.accent) {
+            const unique_hgdiobj accent_brush(CreateSolidBrush(*colours.accent));
+            RECT bar{client.left, client.top, client.left + scaled(3), client.bottom};
+            FillRect(dc, &bar, static_cast<HBRUSH>(accent_brush.get()));
+        }
 
         int left = scaled(16);
         if (icon) {
@@ -151,18 +165,23 @@ private:
         }
         SetBkMode(dc, TRANSPARENT);
         RECT title_rect{left, scaled(16), client.right - scaled(16), scaled(16) + title_height_};
-        SelectObject(dc, bold_font_.get());
-        SetTextColor(dc, colours.title);
+        // The DC may be a caller's (WM_PRINTCLIENT): its font goes back.
+        const HGDIOBJ old_font = SelectObject(dc, bold_font_.get());
+        SetTextColor(dc, colours.text);
         DrawTextW(dc, title.c_str(), -1, &title_rect, DT_WORDBREAK | DT_NOPREFIX);
         const int text_top = title_rect.bottom + (title.empty() ? 0 : scaled(4));
         RECT text_rect{left, text_top, client.right - scaled(16), text_top + text_height_};
         SelectObject(dc, font_.get());
-        SetTextColor(dc, colours.text);
+        SetTextColor(dc, colours.secondary_text);
         DrawTextW(dc, text.c_str(), -1, &text_rect, DT_WORDBREAK | DT_NOPREFIX);
-        EndPaint(hwnd(), &ps);
+        if (GetFocus() == hwnd() && !common_dialogs::focus_cues_hidden(hwnd())) {
+            RECT cue{client.left + scaled(4), client.top + scaled(4), client.right - scaled(4), client.bottom - scaled(4)};
+            DrawFocusRect(dc, &cue);
+        }
+        SelectObject(dc, old_font);
     }
 
-    bool dark_ = false;
+    theme_colours::scheme scheme_;
     UINT dpi_ = 96;
     int title_height_ = 0, text_height_ = 0;
     unique_hgdiobj font_, bold_font_;
@@ -170,6 +189,8 @@ private:
 
 class local_notification : public com_object<IUserNotification2> {
 public:
+    explicit local_notification(bool contrast) : contrast_(contrast) {}
+
     HRESULT STDMETHODCALLTYPE SetBalloonInfo(LPCWSTR title, LPCWSTR text, DWORD flags) override {
         title_ = title ? title : L"";
         text_ = text ? text : L"";
@@ -192,6 +213,7 @@ public:
         window.icon = icon_;
         window.query = query;
         window.sink = sink;
+        window.contrast = contrast_;
         window.open(poll_ms);
         MSG message;
         while (!window.done) {
@@ -213,13 +235,14 @@ private:
     std::wstring title_, text_, tooltip_;
     DWORD flags_ = 0;
     HICON icon_ = nullptr;
+    bool contrast_ = false;
 };
 
 }  // namespace
 
-com_ptr<IUserNotification2> create_local_notification() {
+com_ptr<IUserNotification2> create_local_notification(bool contrast) {
     com_ptr<IUserNotification2> notification;
-    *notification.put() = new local_notification;
+    *notification.put() = new local_notification(contrast);
     return notification;
 }
 

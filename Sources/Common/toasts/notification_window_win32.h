@@ -14,6 +14,7 @@ namespace toast_utilities {
 
 constexpr wchar_t NOTIFICATION_WINDOW_CLASS[] = L"VeldrakeNotificationWnd";
 
-com_ptr<IUserNotification2> create_local_notification();
+// `contrast`: whether a contrast theme is on; the window then draws in the user's system colours.
+com_ptr<IUserNotification2> create_local_notification(bool contrast);
 
 }  // namespace toast_utilities

@@ -1,5 +1,6 @@
 #include "toasts/toast_utilities_win32.h"
 
+#include "dialogs/theme_helpers_win32.h"
 #include "logging/log.h"
 #include "platform/com_ptr_win32.h"
 #include "toasts/notification_window_win32.h"
@@ -28,7 +29,7 @@ HRESULT create_notification(com_ptr<IUserNotification2>& notification) {
             logging::log(log_severity::info,
                          "show_toast: the shell's notification object is not registered; using the tray's own window");
         });
-        notification = create_local_notification();
+        notification = create_local_notification(common_dialogs::high_contrast_on());
         hr = S_OK;
     }
     return hr;

@@ -49,12 +49,6 @@ TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
     EXPECT_EQ(geometry(96, {0, 30, 200, 56}, 16, 16).separator_line, (rect{4, 43, 196, 44}));
 }
 
-TEST(tray_menu_layout, hover_follows_the_accent_in_the_light_theme_only) {
-    EXPECT_EQ(colours_for(false, 0xD77800), (colours{0xF9F9F9, 0x000000, 0xF7E6D1, 0xDEDEDE}));
-    EXPECT_EQ(colours_for(false, 0), (colours{0xF9F9F9, 0x000000, 0xFCF0E6, 0xDEDEDE}));  // no accent
-    EXPECT_EQ(colours_for(true, 0xD77800), (colours{0x2B2B2B, 0xFFFFFF, 0x3E3E3E, 0x484848}));
-}
-
 TEST(tray_menu_layout, font_from_size_weight_and_family) {
     const std::wstring thirty_one(31, L'F'), thirty_two(32, L'F');
     const std::optional<std::wstring> variable{variable_text_face};

@@ -18,9 +18,8 @@ std::optional<uint32_t> badge_colour(uint32_t indexing_status, uint32_t update_s
 std::optional<uint32_t> update_dot_colour(uint32_t update_status) noexcept;
 std::optional<uint32_t> indexing_dot_colour(uint32_t indexing_status) noexcept;
 
-// Outlines keep a badge or a dot apart from the taskbar and the menu in either theme.
+// The outline keeps a badge apart from the taskbar in either theme.
 constexpr uint32_t badge_outline(bool dark) noexcept { return dark ? 0xFF000000 : 0xFFA9A9A9; }
-constexpr uint32_t dot_outline(bool dark) noexcept { return dark ? 0xFF000000 : 0xFFD3D3D3; }
 
 // The badge sits in the lower left corner of the 32-pixel logo.
 struct ellipse {

@@ -82,7 +82,7 @@ HICON render_badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE m
     return nullptr;
 }
 
-HBITMAP render_status_dot(uint32_t colour, bool dark) {
+HBITMAP render_status_dot(uint32_t colour, uint32_t ring) {
     const int size = GetSystemMetrics(SM_CXSMICON);
     if (size <= 10) return nullptr;
     BITMAPINFO info{};
@@ -113,7 +113,7 @@ HBITMAP render_status_dot(uint32_t colour, bool dark) {
             if (gp::GdipCreateSolidFill(colour, &o.brush) == Gdiplus::Ok) {
                 gp::GdipFillEllipse(o.graphics, o.brush, e.x, e.y, e.width, e.height);
             }
-            if (gp::GdipCreatePen1(tray_badge::dot_outline(dark), 1.0f, Gdiplus::UnitWorld, &o.pen) == Gdiplus::Ok) {
+            if (gp::GdipCreatePen1(ring, 1.0f, Gdiplus::UnitWorld, &o.pen) == Gdiplus::Ok) {
                 gp::GdipDrawEllipse(o.graphics, o.pen, e.x, e.y, e.width, e.height);
             }
         }

@@ -10,6 +10,6 @@
 // corner, or as it is without a badge. A new icon that the caller owns, or null.
 HICON render_badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module = GetModuleHandleW(nullptr));
 
-// A dot of `colour` on a transparent small-icon square: a top-down 32-bit premultiplied section that
-// the caller owns, or null.
-HBITMAP render_status_dot(uint32_t colour, bool dark);
+// A dot of `colour` ringed in `ring` (both ARGB) on a transparent small-icon square: a top-down 32-bit
+// premultiplied section that the caller owns, or null.
+HBITMAP render_status_dot(uint32_t colour, uint32_t ring);

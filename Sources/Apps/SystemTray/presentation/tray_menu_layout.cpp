@@ -32,12 +32,6 @@ std::optional<uint32_t> dot_colour(dot_kind kind, uint32_t indexing_status, uint
     return std::nullopt;
 }
 
-colours colours_for(bool dark, uint32_t accent) noexcept {
-    if (dark) return {0x2B2B2B, 0xFFFFFF, 0x3E3E3E, 0x484848};
-    const uint32_t hover = accent != 0 ? ui_colours::lighten_color(accent, 0.82) : 0xFCF0E6;
-    return {0xF9F9F9, 0x000000, hover, 0xDEDEDE};
-}
-
 item_size measure_separator(uint32_t dpi) noexcept { return {0, scale(separator_height, dpi)}; }
 
 item_size measure_item(uint32_t dpi, int32_t text_width, int32_t text_height, int32_t bitmap_width) noexcept {

@@ -26,15 +26,6 @@ std::span<const entry> entries() noexcept;
 // The dot beside an entry (ARGB), or nothing.
 std::optional<uint32_t> dot_colour(dot_kind kind, uint32_t indexing_status, uint32_t update_status) noexcept;
 
-// COLORREF values.
-struct colours {
-    uint32_t background = 0, text = 0, hover = 0, separator = 0;
-    friend bool operator==(const colours&, const colours&) = default;
-};
-
-// `accent` is the user's accent colour, or 0 when there is none.
-colours colours_for(bool dark, uint32_t accent) noexcept;
-
 // Lengths at 96 dpi.
 constexpr int32_t separator_height = 9;
 constexpr int32_t separator_inset = 4;

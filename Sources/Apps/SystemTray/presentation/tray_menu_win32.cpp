@@ -99,7 +99,9 @@ void tray_window::show_tray_menu(tray_clicks::point at, bool from_left_click) {
     // and brush that the open one draws with.
     if (menu_open) return;
     const POINT point{at.x, at.y};
-    const bool dark = is_dark_mode();
+    const theme_colours::scheme scheme = common_dialogs::read_scheme();
+    const theme_colours::roles colours =
+        theme_colours::for_surface(theme_colours::surface::menu, scheme, common_dialogs::read_accent_color());
     unique_hmenu menu(CreatePopupMenu());
     if (!menu) {
         logging::log(log_severity::warning, "Tray menu: CreatePopupMenu failed ({})", GetLastError());
@@ -115,7 +117,7 @@ void tray_window::show_tray_menu(tray_clicks::point at, bool from_left_click) {
         const auto colour = layout::dot_colour(e.dot, index.indexing_status, updates.update_status);
         if (!colour) continue;
         // A dot that cannot be made leaves its item without one.
-        const HBITMAP dot = render_status_dot(*colour, dark);
+        const HBITMAP dot = render_status_dot(*colour, colours.dot_ring);
         if (!dot) continue;
         dots.emplace_back(dot);
         MENUITEMINFOW info{};
@@ -134,38 +136,9 @@ void tray_window::show_tray_menu(tray_clicks::point at, bool from_left_click) {
         // The native menu carries the same items and dots.
         logging::log(log_severity::warning, "Tray menu: could not create the menu font; showing the native menu");
     } else {
-        const layout::colours colours = layout::colours_for(dark, common_dialogs::read_accent_color());
-        menu_metrics.background = colours.background;
-        menu_metrics.text = colours.text;
-        menu_metrics.hover = colours.hover;
-        menu_metrics.separator = colours.separator;
-
-        const int count = GetMenuItemCount(menu.get());
-        // Reserved first: the menu keeps the records' addresses.
-        menu_items.reserve(static_cast<size_t>(count > 0 ? count : 0));
-        for (int position = 0; position < count; ++position) {
-            MENUITEMINFOW info{};
-            info.cbSize = sizeof(info);
-            info.fMask = MIIM_FTYPE | MIIM_BITMAP;
-            if (!GetMenuItemInfoW(menu.get(), static_cast<UINT>(position), TRUE, &info)) continue;
-            tray_menu_item item;
-            item.is_separator = (info.fType & MFT_SEPARATOR) != 0;
-            item.bitmap = info.hbmpItem;
-            if (!item.is_separator) {
-                wchar_t text[256] = {};
-                GetMenuStringW(menu.get(), static_cast<UINT>(position), text, 256, MF_BYPOSITION);
-                item.text = text;
-            }
-            menu_items.push_back(std::move(item));
-            MENUITEMINFOW owner_drawn{};
-            owner_drawn.cbSize = sizeof(owner_drawn);
-            owner_drawn.fMask = MIIM_FTYPE | MIIM_DATA | MIIM_BITMAP;
-            owner_drawn.fType = MFT_OWNERDRAW | (menu_items.back().is_separator ? MFT_SEPARATOR : 0);
-            owner_drawn.dwItemData = reinterpret_cast<ULONG_PTR>(&menu_items.back());
-            owner_drawn.hbmpItem = nullptr;
-            SetMenuItemInfoW(menu.get(), static_cast<UINT>(position), TRUE, &owner_drawn);
-        }
-        menu_background_brush.reset(CreateSolidBrush(menu_metrics.background));
+        menu_metrics.colours = colours;
+        owner_draw_items(menu.get(), menu_items);
+        menu_background_brush.reset(CreateSolidBrush(menu_metrics.colours.background));
         MENUINFO background{};
         background.cbSize = sizeof(background);
         background.fMask = MIM_BACKGROUND;
@@ -230,24 +203,61 @@ bool tray_window::on_draw_item(const DRAWITEMSTRUCT& item) {
     if (item.CtlType != ODT_MENU) return false;
     const tray_menu_item* record = menu_record(item.itemData);
     if (!record) return false;
-    const HDC dc = item.hDC;
-    const RECT& r = item.rcItem;
-    const SIZE bitmap = bitmap_size(record->bitmap);
-    const layout::item_geometry g =
-        layout::geometry(menu_metrics.dpi, {r.left, r.top, r.right, r.bottom}, bitmap.cx, bitmap.cy);
+    paint_menu_item(item.hDC, item.rcItem, item.itemState, *record, menu_metrics, static_cast<HFONT>(menu_font.get()));
+    return true;
+}
 
-    const unique_hgdiobj background(CreateSolidBrush(menu_metrics.background));
+void owner_draw_items(HMENU menu, std::vector<tray_menu_item>& records) {
+    const int count = GetMenuItemCount(menu);
+    // Reserved first: the menu keeps the records' addresses.
+    records.reserve(static_cast<size_t>(count > 0 ? count : 0));
+    for (int position = 0; position < count; ++position) {
+        MENUITEMINFOW info{};
+        info.cbSize = sizeof(info);
+        info.fMask = MIIM_FTYPE | MIIM_BITMAP;
+        if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &info)) continue;
+        tray_menu_item item;
+        item.is_separator = (info.fType & MFT_SEPARATOR) != 0;
+        item.bitmap = info.hbmpItem;
+        if (!item.is_separator) {
+            wchar_t text[256] = {};
+            GetMenuStringW(menu, static_cast<UINT>(position), text, 256, MF_BYPOSITION);
+            item.text = text;
+        }
+        records.push_back(std::move(item));
+        tray_menu_item& record = records.back();
+        MENUITEMINFOW owner_drawn{};
+        owner_drawn.cbSize = sizeof(owner_drawn);
+        owner_drawn.fMask = MIIM_FTYPE | MIIM_DATA | MIIM_BITMAP | (record.is_separator ? 0 : MIIM_STRING);
+        owner_drawn.fType = MFT_OWNERDRAW | (record.is_separator ? MFT_SEPARATOR : 0);
+        owner_drawn.dwItemData = reinterpret_cast<ULONG_PTR>(&record);
+        owner_drawn.hbmpItem = nullptr;
+        owner_drawn.dwTypeData = record.text.data();
+        SetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &owner_drawn);
+    }
+}
+
+void paint_menu_item(HDC dc, const RECT& r, UINT state, const tray_menu_item& record,
+                     const menu_metrics_record& metrics, HFONT font) {
+    const theme_colours::roles& colours = metrics.colours;
+    const SIZE bitmap = bitmap_size(record.bitmap);
+    const layout::item_geometry g =
+        layout::geometry(metrics.dpi, {r.left, r.top, r.right, r.bottom}, bitmap.cx, bitmap.cy);
+
+    const unique_hgdiobj background(CreateSolidBrush(colours.background));
     FillRect(dc, &r, static_cast<HBRUSH>(background.get()));
 
-    if (record->is_separator) {
+    if (record.is_separator) {
         const RECT line{g.separator_line.left, g.separator_line.top, g.separator_line.right, g.separator_line.bottom};
-        const unique_hgdiobj brush(CreateSolidBrush(menu_metrics.separator));
+        const unique_hgdiobj brush(CreateSolidBrush(colours.border));
         FillRect(dc, &line, static_cast<HBRUSH>(brush.get()));
-        return true;
+        return;
     }
-    if (item.itemState & ODS_SELECTED) {
-        const unique_hgdiobj brush(CreateSolidBrush(menu_metrics.hover));
-        const unique_hgdiobj pen(CreatePen(PS_SOLID, 1, menu_metrics.hover));
+    const bool disabled = (state & (ODS_GRAYED | ODS_DISABLED)) != 0;
+    const bool hot = (state & ODS_SELECTED) != 0 && !disabled;
+    if (hot) {
+        const unique_hgdiobj brush(CreateSolidBrush(colours.hot_background));
+        const unique_hgdiobj pen(CreatePen(PS_SOLID, 1, colours.hot_background));
         const HGDIOBJ old_brush = SelectObject(dc, brush.get());
         const HGDIOBJ old_pen = SelectObject(dc, pen.get());
         RoundRect(dc, g.hover.left, g.hover.top, g.hover.right, g.hover.bottom, g.corner, g.corner);
@@ -256,7 +266,7 @@ bool tray_window::on_draw_item(const DRAWITEMSTRUCT& item) {
     }
     if (bitmap.cx > 0 && bitmap.cy > 0) {
         if (const HDC memory = CreateCompatibleDC(dc)) {
-            const HGDIOBJ old = SelectObject(memory, record->bitmap);
+            const HGDIOBJ old = SelectObject(memory, record.bitmap);
             const BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
             GdiAlphaBlend(dc, g.bitmap_x, g.bitmap_y, bitmap.cx, bitmap.cy, memory, 0, 0, bitmap.cx, bitmap.cy, blend);
             SelectObject(memory, old);
@@ -264,11 +274,10 @@ bool tray_window::on_draw_item(const DRAWITEMSTRUCT& item) {
         }
     }
     SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, menu_metrics.text);
-    const HGDIOBJ old_font = SelectObject(dc, menu_font.get());
+    SetTextColor(dc, disabled ? colours.disabled_text : hot ? colours.hot_text : colours.text);
+    const HGDIOBJ old_font = SelectObject(dc, font);
     RECT text{g.text.left, g.text.top, g.text.right, g.text.bottom};
-    DrawTextW(dc, record->text.c_str(), static_cast<int>(record->text.size()), &text,
+    DrawTextW(dc, record.text.c_str(), static_cast<int>(record.text.size()), &text,
               DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
     SelectObject(dc, old_font);
-    return true;
 }

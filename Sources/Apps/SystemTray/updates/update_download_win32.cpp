@@ -82,6 +82,8 @@ std::wstring download_installer() {
             if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
             break;
         }
+        // Tab, Esc (the Cancel button's identifier is IDCANCEL) and Space on the button.
+        if (IsDialogMessageW(job.dialog, &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
