@@ -70,6 +70,18 @@ configure_file("${CMAKE_SOURCE_DIR}/Tests/e2e/update_server.py" "${veldrake_bin}
 
 include(doubles)
 
+# scripts/bench's programs, beside nothing else: the least tray it measures the real one against, and
+# the client that starts, floods and closes either.
+set(veldrake_bench_bin "${CMAKE_BINARY_DIR}/bench")
+add_executable(veldrake_bench_baseline WIN32 "${CMAKE_SOURCE_DIR}/Benchmarks/wine/baseline_tray_win32.cpp"
+               "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray/tray_timings.cpp")
+target_include_directories(veldrake_bench_baseline PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Apps/SystemTray")
+target_link_libraries(veldrake_bench_baseline PRIVATE user32 shell32)
+add_executable(veldrake_bench_client "${CMAKE_SOURCE_DIR}/Benchmarks/wine/bench_client_win32.cpp")
+target_include_directories(veldrake_bench_client PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Common")
+target_link_libraries(veldrake_bench_client PRIVATE user32 shell32)
+set_target_properties(veldrake_bench_baseline veldrake_bench_client PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${veldrake_bench_bin}")
+
 # Every Wine tier shares one throwaway prefix and X display per test run.
 set(wine_state "${CMAKE_BINARY_DIR}/wine-run")
 add_test(NAME wine_desktop_start COMMAND "${CMAKE_SOURCE_DIR}/scripts/wine_desktop" start "${wine_state}")
