@@ -16,12 +16,17 @@ function(veldrake_delay_load_library out_var dll)
     list(JOIN imports "\n" exports)
     set(folder "${CMAKE_BINARY_DIR}/delay_load")
     file(MAKE_DIRECTORY "${folder}")
-    file(WRITE "${folder}/${dll}.def" "LIBRARY ${dll}.dll\nEXPORTS\n${exports}\n")
-    execute_process(COMMAND "${VELDRAKE_DLLTOOL}" --input-def "${folder}/${dll}.def" --dllname ${dll}.dll
-                            --output-delaylib "${folder}/lib${dll}_delay.a"
-                    RESULT_VARIABLE failed)
-    if(failed)
-        message(FATAL_ERROR "dlltool could not make the delay-load stubs of ${dll}.dll")
+    # Written only when it changed, and the stubs made again only then, so that a new configure does
+    # not relink the tray.
+    file(WRITE "${folder}/${dll}.def.new" "LIBRARY ${dll}.dll\nEXPORTS\n${exports}\n")
+    configure_file("${folder}/${dll}.def.new" "${folder}/${dll}.def" COPYONLY)
+    if(NOT EXISTS "${folder}/lib${dll}_delay.a" OR "${folder}/${dll}.def" IS_NEWER_THAN "${folder}/lib${dll}_delay.a")
+        execute_process(COMMAND "${VELDRAKE_DLLTOOL}" --input-def "${folder}/${dll}.def" --dllname ${dll}.dll
+                                --output-delaylib "${folder}/lib${dll}_delay.a"
+                        RESULT_VARIABLE failed)
+        if(failed)
+            message(FATAL_ERROR "dlltool could not make the delay-load stubs of ${dll}.dll")
+        endif()
     endif()
     set(${out_var} "${folder}/lib${dll}_delay.a" PARENT_SCOPE)
 endfunction()
