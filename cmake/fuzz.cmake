@@ -8,6 +8,11 @@ foreach(fuzz_source ${veldrake_fuzz_sources})
     target_link_options(${fuzz_name} PRIVATE -fsanitize=fuzzer)
     set(corpus "${CMAKE_BINARY_DIR}/corpus/${fuzz_name}")
     file(MAKE_DIRECTORY "${corpus}")
-    add_test(NAME ${fuzz_name} COMMAND ${fuzz_name} -max_total_time=${VELDRAKE_FUZZ_SECONDS} -rss_limit_mb=1024 "${corpus}")
+    # New inputs go to the build's corpus; the committed one (Fuzz/corpus, grown by scripts/bench --fuzz)
+    # is read as seeds and never written by a test run.
+    set(seeds "${CMAKE_SOURCE_DIR}/Fuzz/corpus/${fuzz_name}")
+    file(MAKE_DIRECTORY "${seeds}")
+    add_test(NAME ${fuzz_name} COMMAND ${fuzz_name} -max_total_time=${VELDRAKE_FUZZ_SECONDS} -rss_limit_mb=1024
+             "${corpus}" "${seeds}")
     set_tests_properties(${fuzz_name} PROPERTIES LABELS fuzz TIMEOUT 600)
 endforeach()

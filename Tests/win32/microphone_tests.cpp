@@ -44,7 +44,10 @@ solid_pixels read_icon(HICON handle, uint32_t colour) {
 
 class microphone_icon : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_NE(gdiplus.token(), 0u); }
+    void SetUp() override {
+        gdiplus.start();
+        ASSERT_NE(gdiplus.token(), 0u);
+    }
     gdiplus_session gdiplus;
 };
 

@@ -58,6 +58,7 @@ protected:
         exe.reset(LoadLibraryExW((test_support::this_program().parent_path() / L"Veldrake.SystemTray.exe").c_str(),
                                  nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
         ASSERT_TRUE(exe) << "Veldrake.SystemTray.exe beside the tests";
+        gdiplus.start();
         ASSERT_NE(gdiplus.token(), 0u);
     }
     HINSTANCE module() const { return static_cast<HINSTANCE>(exe.get()); }

@@ -5,6 +5,7 @@
 
 #include "app_identity_win32.h"
 #include "dialogs/theme_helpers_win32.h"
+#include "logging/log.h"
 #include "logging/log_file_win32.h"
 #include "platform/paths_win32.h"
 #include "platform/sdk_gaps_win32.h"
@@ -60,7 +61,6 @@ LRESULT tray_window::on_create() {
     const std::wstring icon_path = (module_folder() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring();
     // Toasts of an unpackaged process take their name and icon from these values.
     if (sdk::has_no_package()) register_app_user_model_display(icon_path);
-    if (!toasts.running()) toasts.start();
 
     const theme_colours::scheme scheme = common_dialogs::read_scheme();
     // Icons beside a dark contrast taskbar want their dark look; the frame never does in contrast.
@@ -98,6 +98,7 @@ void tray_window::on_destroy() {
     }
     uninstall_window_event_hook();
     toasts.stop();
+    toasts_ended = true;
     mute_monitor.stop();
     remove_microphone_icon();
     mic.mic_icon_handle.reset();
@@ -163,7 +164,20 @@ void tray_window::apply_click_decision(const tray_clicks::decision& d) {
 LRESULT tray_window::on_copy_data(const COPYDATASTRUCT* copy_data) {
     if (!copy_data) return toasts.on_copy_data(nullptr) ? TRUE : FALSE;
     const copy_data_view view{copy_data->dwData, copy_data->lpData, copy_data->cbData};
-    return toasts.on_copy_data(&view) ? TRUE : FALSE;
+    if (!toasts.on_copy_data(&view)) return FALSE;
+    start_toasts();
+    return TRUE;
+}
+
+// The toast thread and its COM apartment come with the first toast, not at start: most runs show none,
+// and under Wine each thread keeps about a megabyte. A toast queued before the start waits for it.
+void tray_window::start_toasts() {
+    if (toasts_ended || toasts.running()) return;
+    try {
+        toasts.start();
+    } catch (const std::exception& e) {
+        logging::log(log_severity::error, "Could not start the toast thread: {}", e.what());
+    }
 }
 
 LRESULT tray_window::on_power_event(WPARAM event) {

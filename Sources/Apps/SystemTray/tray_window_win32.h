@@ -61,6 +61,7 @@ private:
     tray_menu_item* menu_record(ULONG_PTR item_data) noexcept;
     void release_menu_resources();
     void on_taskbar_created();
+    void start_toasts();
     LRESULT on_command(WORD code, WORD id, HWND control, BOOL& handled);
 
     // Commands.
@@ -111,4 +112,5 @@ private:
     microphone_mute::mute_monitor mute_monitor;
     microphone::tray_state mic;  // mic_generation, the in-flight flags, the state, the icon and its settings
     bool shutting_down = false;
+    bool toasts_ended = false;  // stopped with the window: a late request does not start the thread again
 };

@@ -2,7 +2,8 @@
 
 #include <gdiplus.h>
 
-gdiplus_session::gdiplus_session() noexcept {
+void gdiplus_session::start() noexcept {
+    if (token_ || ended_) return;
     Gdiplus::GdiplusStartupInput input;  // version 1, no debug callback
     if (Gdiplus::GdiplusStartup(&token_, &input, nullptr) != Gdiplus::Ok) token_ = 0;
 }
@@ -10,4 +11,5 @@ gdiplus_session::gdiplus_session() noexcept {
 void gdiplus_session::shutdown() noexcept {
     if (token_) Gdiplus::GdiplusShutdown(token_);
     token_ = 0;
+    ended_ = true;
 }

@@ -90,6 +90,7 @@ void tray_window::update_microphone_icon() {
         remove_microphone_icon();
         return;
     }
+    gdiplus.start();
     unique_hicon icon(microphone::render_microphone_icon(mic.mic_muted, dark_mode));
     if (!icon) {
         logging::log(log_severity::error, "Failed to create microphone tray icon: new_icon_handle is nullptr");

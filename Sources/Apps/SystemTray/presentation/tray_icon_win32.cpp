@@ -125,6 +125,7 @@ HBITMAP render_status_dot(uint32_t colour, uint32_t ring) {
 void tray_window::update_tray_icon() {
     if (shutting_down) return;
     const std::optional<uint32_t> badge = tray_badge::badge_colour(index.indexing_status, updates.update_status);
+    if (badge) gdiplus.start();  // the plain logo needs no GDI+
     unique_hicon icon(render_badge_icon(badge.has_value(), badge.value_or(0), dark_mode));
     if (!icon) {
         logging::log(log_severity::error, "Failed to create system tray icon: new_icon_handle is nullptr");

@@ -98,6 +98,7 @@ void tray_window::show_tray_menu(tray_clicks::point at, bool from_left_click) {
     // Timers and icon messages run inside the menu's modal loop; an inner menu would free the font
     // and brush that the open one draws with.
     if (menu_open) return;
+    gdiplus.start();  // for the dots
     const POINT point{at.x, at.y};
     const theme_colours::scheme scheme = common_dialogs::read_scheme();
     const theme_colours::roles colours =

@@ -24,6 +24,7 @@ void tray_window::show_download_toast_as_needed() {
         toasts.enqueue({logo_path(), L"Veldrake", L"Update available",
                         L"Yay! There is a new update of the Veldrake available. Click to download and install.",
                         [window] { PostMessageW(window, WM_START_DOWNLOAD, 0, 0); }});
+        start_toasts();
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "Exception during toast notification: {}", e.what());
     }
@@ -34,6 +35,7 @@ void tray_window::show_update_complete_toast() {
         toasts.enqueue({logo_path(), L"Veldrake", L"Update installed",
                         updates::update_installed_text(updates::current_version_string()),
                         [] { settings_app::open_settings_tab_direct("what-new"); }});
+        start_toasts();
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "Exception during update complete toast: {}", e.what());
     }
