@@ -36,8 +36,13 @@ std::filesystem::path tray_log_file() {
 }
 
 void reset_tray_state() {
+    // Moved aside, not deleted: a file of a folder being deleted stays while any process holds it open,
+    // and a recursive delete of such a folder need never end.
+    static int moved = 0;
     std::error_code ignored;
-    std::filesystem::remove_all(tray_data_root(), ignored);
+    const auto aside = std::filesystem::temp_directory_path() /
+                       (L"veldrake-old-tray-data-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++moved));
+    if (std::filesystem::exists(tray_data_root(), ignored)) std::filesystem::rename(tray_data_root(), aside, ignored);
     test_registry::delete_tree_and_empty_parents(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance");
 }
 
@@ -52,7 +57,13 @@ void tray_test::TearDown() {
     test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
     // A tray that the test did not start itself (a sender did) ends through its window.
     if (HWND tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) PostMessageW(tray, WM_CLOSE, 0, 0);
-    poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; });
+    if (!poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; })) {
+        DWORD stuck = 0;
+        GetWindowThreadProcessId(FindWindowW(TRAY_WINDOW_CLASS, nullptr), &stuck);
+        ADD_FAILURE() << "a tray outlived its test: process " << stuck;
+        const unique_handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, stuck));
+        if (process && TerminateProcess(process.get(), 99)) WaitForSingleObject(process.get(), 5000);
+    }
     reset_tray_state();
 }
 

@@ -33,18 +33,32 @@ private:
 }  // namespace
 
 void ui_watchdog::start_watchdog(HWND target, const std::filesystem::path& folder) {
-    if (thread.joinable()) return;
+    if (thread) return;
     window = target;
     dump_folder = folder;
     stop_event.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     if (!stop_event) return;
-    thread = std::thread([this] { run_watchdog(); });
+    thread.reset(CreateThread(nullptr, 0, thread_entry, this, 0, nullptr));
+    if (!thread) logging::log(log_severity::error, "[watchdog] Could not start its thread (error {})", GetLastError());
 }
 
 void ui_watchdog::stop_watchdog() noexcept {
     if (stop_event) SetEvent(stop_event.get());
-    if (thread.joinable()) thread.join();
+    // The thread's own handle, not a library join: the wait ends as soon as the thread does, and a
+    // thread held up in its exit (writing a dump of a hung process, say) never keeps the tray from ending.
+    if (thread && WaitForSingleObject(thread.get(), STOP_WAIT_MS) != WAIT_OBJECT_0) {
+        logging::log(log_severity::warning, "[watchdog] Its thread did not end within {} ms; the tray ends without it",
+                     STOP_WAIT_MS);
+        // The straggler keeps a signalled event to wake on.
+        (void)stop_event.release();
+    }
+    thread.reset();
     stop_event.reset();
+}
+
+DWORD WINAPI ui_watchdog::thread_entry(void* self) noexcept {
+    static_cast<ui_watchdog*>(self)->run_watchdog();
+    return 0;
 }
 
 void ui_watchdog::run_watchdog() noexcept {

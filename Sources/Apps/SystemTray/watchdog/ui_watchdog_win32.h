@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <filesystem>
-#include <thread>
 
 // Pings the window thread once a second from a thread of its own; when the answer stays away for ten
 // seconds it logs the hang and writes a minidump into the log folder. It never repairs anything.
@@ -25,11 +24,15 @@ public:
     void on_ping() noexcept { answered.exchange(true); }
 
 private:
+    // How long the tray's exit waits for the thread, which wakes at once through its event.
+    static constexpr DWORD STOP_WAIT_MS = 5000;
+
+    static DWORD WINAPI thread_entry(void* self) noexcept;
     void run_watchdog() noexcept;
 
     HWND window = nullptr;
     std::filesystem::path dump_folder;
     unique_handle stop_event;  // manual reset
-    std::thread thread;
+    unique_handle thread;
     std::atomic<bool> answered{false};
 };
