@@ -19,8 +19,5 @@ TEST(button_colours, state_wins_over_role_and_an_unreadable_accent_paints_black)
         {"no accent, hover", {.primary = true, .hover = true, .accent = 0}, {0x333333, 0x000000, 0xFFFFFF}},
         {"no accent, pushed", {.primary = true, .pushed = true, .accent = 0}, {0x000000, 0x000000, 0xFFFFFF}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(for_look(c.l), c.expected);
-    }
+    for (const auto& c : cases) EXPECT_EQ(for_look(c.l), c.expected) << c.name;
 }
