@@ -28,10 +28,7 @@ TEST(reconcile, only_created_windows_themselves_of_dialog_or_explorer_classes_ar
         {{create, false, 0, 0, L"CabinetWClass"}, ignore}, {{create, true, -4, 0, L"CabinetWClass"}, ignore},
         {{create, true, 0, 1, L"#32770"}, ignore},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.e.class_name) + " " + std::to_string(c.e.event));
-        EXPECT_EQ(classify_window_event(c.e), c.use);
-    }
+    for (const auto& c : cases) EXPECT_EQ(classify_window_event(c.e), c.use) << testing::PrintToString(c.e.class_name) << " " << c.e.event;
 }
 
 // Recorded windows of one session: each explorer.exe process is reconciled at its first window only.
@@ -71,10 +68,7 @@ TEST(dialog_hook, the_mode_and_the_lists_decide_which_processes_are_served) {
         {{L"all-except", {}, {}}, L"anything.exe", true},
         {{L"sometimes", {}, {L"x.exe"}}, L"x.exe", false},  // an unknown mode is all-except
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(c.settings.mode) + L" " + c.image));
-        EXPECT_EQ(dialog_selected(c.settings, c.image), c.served);
-    }
+    for (const auto& c : cases) EXPECT_EQ(dialog_selected(c.settings, c.image), c.served) << testing::PrintToString(c.settings.mode + L" " + c.image);
 }
 
 TEST(dialog_hook, a_crash_is_an_nt_error_or_a_breakpoint_but_not_ctrl_c_and_is_recorded_with_its_time) {
