@@ -45,9 +45,11 @@ TEST(shell_handler_repair, empty_arguments_do_nothing) {
     fake_registry r;
     r.plant(hive::current_user, L"Software\\Classes\\SystemFileAssociations\\.vdk\\ShellEx\\IconHandler", L"", {REG_SZ_TYPE, string_bytes(SUITE_HANDLER_CLASS)});
     EXPECT_TRUE(icon_handler_is_registered(r, L".vdk", SUITE_HANDLER_CLASS));
+    const int before = r.calls;  // an empty argument is refused before any registry call
     EXPECT_FALSE(icon_handler_is_registered(r, L"", SUITE_HANDLER_CLASS) || icon_handler_is_registered(r, L".vdk", L""));
-    EXPECT_FALSE(thumbnail_provider_is_registered(r, L".vdk", SUITE_HANDLER_CLASS, L""));
-    const int before = r.calls;
+    EXPECT_FALSE(thumbnail_provider_is_registered(r, L"", SUITE_HANDLER_CLASS, THUMBNAIL_PROVIDER_INTERFACE) ||
+                 thumbnail_provider_is_registered(r, L".vdk", L"", THUMBNAIL_PROVIDER_INTERFACE) ||
+                 thumbnail_provider_is_registered(r, L".vdk", SUITE_HANDLER_CLASS, L""));
     register_icon_handler(r, L"", SUITE_HANDLER_CLASS, REMEMBERED_ICON_HANDLER);
     register_thumbnail_provider(r, L".vdk", SUITE_HANDLER_CLASS, L"", REMEMBERED_THUMBNAIL_PROVIDER);
     EXPECT_EQ(repair_hijacked_handlers(r, {L"", L".vdk"}, L"", THUMBNAIL_PROVIDER_INTERFACE, L"x", {}), 0);
