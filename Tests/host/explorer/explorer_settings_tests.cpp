@@ -20,14 +20,15 @@ TEST(explorer_settings, the_tessary_record_decides_the_repair_and_the_pane) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.settings);
         settings_sandbox sandbox;
-        const auto file = sandbox.open();
-        settings_sandbox::write(sandbox.user_file(), c.status ? fmt::format(R"({{"apps":[{{"app_id":"tessary","status":"{}","settings":{}}}]}})",
-                                                                            c.status, c.settings) : R"({"apps":[]})", 1);
-        const auto choice = read_repair_choice(*file);
+        auto& file = sandbox.file();
+        settings_sandbox::write(sandbox.user_file(), c.status ? document_with_settings(c.settings, c.status, "tessary") : R"({"apps":[]})", 1);
+        const auto choice = read_repair_choice(file);
         ASSERT_TRUE(choice);
+        settings_sandbox::write(sandbox.user_file(), document_with_settings("{}", "disabled", "tessary"), 1);
+        EXPECT_EQ(read_repair_choice(file).value().handlers_in_use, c.in_use) << "an unchanged stamp: the file is not read again";
         EXPECT_EQ(std::pair(choice->handlers_in_use, choice->suppress), std::pair(c.in_use, c.suppress));
         navigation_display_mode filters = collapsed, pins = collapsed;
-        read_navigation_display_settings(*file, filters, pins);
+        read_navigation_display_settings(file, filters, pins);
         EXPECT_EQ(std::pair(filters, pins), std::pair(c.filters, c.pins));
     }
 }

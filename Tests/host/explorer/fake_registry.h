@@ -2,6 +2,7 @@
 
 #include "explorer/registry_port.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <utility>
@@ -9,7 +10,7 @@
 
 // The registry in memory. Keys and value names compare without regard to case; values enumerate in
 // the order of their first write, subkeys in folded order. Like Wine 8, the classes root is the
-// machine's classes alone. Every port call is counted.
+// machine's classes alone. Every port call is counted (the lookup of its key counts it).
 class fake_registry final : public explorer::registry_port {
 public:
     using hive = explorer::hive;
@@ -22,14 +23,11 @@ public:
     }
 
     std::optional<raw_value> query(hive root, const std::wstring& key, const std::wstring& name, uint32_t max) override {
-        ++calls;
         values* found = find(root, key);
         const auto* at = found ? named(*found, name) : nullptr;
-        if (!at || at->second.bytes.size() > max) return std::nullopt;
-        return at->second;
+        return at && at->second.bytes.size() <= max ? std::optional(at->second) : std::nullopt;
     }
     std::optional<std::vector<std::wstring>> value_names(hive root, const std::wstring& key) override {
-        ++calls;
         const values* found = find(root, key);
         if (!found) return std::nullopt;
         std::vector<std::wstring> names;
@@ -37,7 +35,6 @@ public:
         return names;
     }
     std::optional<std::vector<std::wstring>> subkey_names(hive root, const std::wstring& key) override {
-        ++calls;
         if (!find(root, key)) return std::nullopt;
         const std::wstring prefix = id(root, key) + L"\\";
         std::vector<std::wstring> names;
@@ -49,8 +46,7 @@ public:
         return names;
     }
     uint32_t open_for_write(const std::wstring& key, bool create) override {
-        ++calls;
-        if (refuse_writes) return 5;  // ERROR_ACCESS_DENIED
+        if (refuse_writes) return ++calls, 5;  // ERROR_ACCESS_DENIED
         if (create) make(hive::current_user, key);
         return find(hive::current_user, key) ? 0 : 2;  // ERROR_FILE_NOT_FOUND
     }
@@ -61,7 +57,6 @@ public:
         return set(key, name, {explorer::REG_DWORD_TYPE, std::string(reinterpret_cast<const char*>(&data), 4)});
     }
     bool delete_value(const std::wstring& key, const std::wstring& name) override {
-        ++calls;
         values* found = find(hive::current_user, key);
         return found && std::erase_if(*found, [&](const auto& v) { return explorer::equal_folded(v.first, name); }) > 0;
     }
@@ -82,12 +77,11 @@ private:
         return std::to_wstring(static_cast<int>(root)) + L"\\" + explorer::fold_case(key);
     }
     static std::pair<std::wstring, raw_value>* named(values& in, const std::wstring& name) {
-        for (auto& value : in) {
-            if (explorer::equal_folded(value.first, name)) return &value;
-        }
-        return nullptr;
+        const auto at = std::ranges::find_if(in, [&](const auto& value) { return explorer::equal_folded(value.first, name); });
+        return at == in.end() ? nullptr : &*at;
     }
     values* find(hive root, const std::wstring& key) {
+        ++calls;
         const auto found = keys.find(id(root, key));
         return found == keys.end() ? nullptr : &found->second.second;
     }
@@ -101,10 +95,8 @@ private:
         if (auto* at = named(in, name)) at->second = value; else in.emplace_back(name, value);
     }
     bool set(const std::wstring& key, const std::wstring& name, const raw_value& value) {
-        ++calls;
         values* found = find(hive::current_user, key);
-        if (found) put(*found, name, value);
-        return found != nullptr;
+        return found && (put(*found, name, value), true);
     }
 
     std::map<std::wstring, std::pair<std::wstring, values>> keys;  // id -> (path as written, values)

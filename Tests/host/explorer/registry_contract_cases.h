@@ -50,12 +50,8 @@ struct test_registry {
         plant(ASSOC + ext + L"\\ShellEx\\" + IID, L"", text(CLS));
         plant(ext, L"PerceivedType", text(perceived), hive::classes_root);
     }
-    std::wstring read(const std::wstring& key, const std::wstring& name = L"") {
-        return read_registry_string(r->port(), hive::current_user, key, name);
-    }
-    std::optional<raw_value> query(const std::wstring& key, const std::wstring& name) {
-        return r->port().query(hive::current_user, key, name, 2048);
-    }
+    std::wstring read(const std::wstring& key, const std::wstring& name = L"") { return read_registry_string(r->port(), hive::current_user, key, name); }
+    std::optional<raw_value> query(const std::wstring& key, const std::wstring& name) { return r->port().query(hive::current_user, key, name, 2048); }
     log_line sink() { return [this](log_severity, const std::wstring& line) { lines.push_back(line); }; }
     int32_t repair(const std::wstring& ext) { return repair_hijacked_handlers(r->port(), {ext}, CLS, IID, REMEMBERED_ICON_HANDLER, sink()); }
     int32_t treat(bool suppress) { return apply_thumbnail_treatment_overrides(r->port(), suppress, CLS, IID, TREATMENT_MARKER); }
@@ -67,8 +63,7 @@ TEST(registry_contract, hijack_from_each_prog_id_source_is_repaired_once) {
         {"user classes", hive::current_user, L"Software\\Classes\\.vdk", L""},
         {"classes root", hive::classes_root, L".vdk", L""},
         {"user open-with", hive::current_user, L"Software\\Classes\\.vdk\\OpenWithProgids", L"Foo.Doc"},
-        {"machine open-with", hive::local_machine, L"Software\\Classes\\.vdk\\OpenWithProgids", L"Foo.Doc"},
-    };
+        {"machine open-with", hive::local_machine, L"Software\\Classes\\.vdk\\OpenWithProgids", L"Foo.Doc"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.source);
         test_registry t;
@@ -101,16 +96,14 @@ TEST(registry_contract, original_is_remembered_once_and_only_when_foreign) {
     const auto none = std::nullopt;
     const struct { std::optional<std::wstring> present, remembered_before, remembered_after; } cases[] = {
         {OTHER, none, OTHER}, {OTHER, L"{first}", L"{first}"}, {OTHER, L"", L""}, {CLS, none, none}, {L"", none, none},
-        {none, none, none}, {fold_case(CLS), none, fold_case(CLS)},  // the remembering test alone compares exactly
-    };
+        {none, none, none}, {fold_case(CLS), none, fold_case(CLS)}};  // the remembering test alone compares exactly
     for (const auto& c : cases) {
         SCOPED_TRACE(to_utf8(c.present.value_or(L"(none)") + L" / " + c.remembered_before.value_or(L"(none)")));
         test_registry t;
         if (c.present) t.plant(key, L"", text(*c.present));
         if (c.remembered_before) t.plant(key, REMEMBERED_ICON_HANDLER, text(*c.remembered_before));
         write_handler_value(t.r->port(), key, L"", CLS, REMEMBERED_ICON_HANDLER);
-        EXPECT_EQ(t.read(key), CLS);
-        EXPECT_EQ(as_string(t.query(key, REMEMBERED_ICON_HANDLER)), c.remembered_after);
+        EXPECT_EQ(std::pair(t.read(key), as_string(t.query(key, REMEMBERED_ICON_HANDLER))), std::pair(CLS, c.remembered_after));
     }
 }
 
@@ -143,20 +136,18 @@ TEST(registry_contract, claims_and_handlers_compare_case_folded) {
 
 TEST(registry_contract, ico_never_gets_an_override_and_loses_an_old_one) {
     for (const bool marked : {false, true}) {
-        SCOPED_TRACE(marked);
         test_registry t;
         t.image_type(L".ico");
         if (marked) t.plant(ASSOC + L".ico", L"Treatment", dword(0)), t.plant(ASSOC + L".ico", TREATMENT_MARKER, dword(1));
         EXPECT_EQ(t.treat(true), marked ? 1 : 0);
-        EXPECT_FALSE(t.query(ASSOC + L".ico", L"Treatment"));
-        EXPECT_FALSE(has_treatment_marker(t.r->port(), L".ico", TREATMENT_MARKER));
+        EXPECT_FALSE(t.query(ASSOC + L".ico", L"Treatment") || has_treatment_marker(t.r->port(), L".ico", TREATMENT_MARKER)) << marked;
     }
 }
 
 TEST(registry_contract, treatment_string_is_replaced_and_foreign_dword_left_alone) {
     const auto none = std::nullopt;
-    const struct { const char* label; std::optional<raw_value> before; bool marked, suppress; std::wstring perceived;
-                   int32_t count; std::optional<uint32_t> after; bool marked_after; } cases[] = {
+    const struct { const char* label; std::optional<raw_value> before; bool marked, suppress; std::wstring perceived; int32_t count;
+                   std::optional<uint32_t> after; bool marked_after; } cases[] = {
         {"absent", none, false, true, L"image", 1, 0u, true},
         {"string", text(L"2"), false, true, L"Image", 1, 0u, true},
         {"foreign dword", dword(1), false, true, L"image", 0, 1u, false},
@@ -173,8 +164,8 @@ TEST(registry_contract, treatment_string_is_replaced_and_foreign_dword_left_alon
         if (c.before) t.plant(ASSOC + L".png", L"Treatment", *c.before);
         if (c.marked) t.plant(ASSOC + L".png", TREATMENT_MARKER, dword(1));
         EXPECT_EQ(t.treat(c.suppress), c.count);
-        EXPECT_EQ(as_dword(t.query(ASSOC + L".png", L"Treatment")), c.after);
-        EXPECT_EQ(has_treatment_marker(t.r->port(), L".png", TREATMENT_MARKER), c.marked_after);
+        EXPECT_EQ(std::pair(as_dword(t.query(ASSOC + L".png", L"Treatment")), has_treatment_marker(t.r->port(), L".png", TREATMENT_MARKER)),
+                  std::pair(c.after, c.marked_after));
         EXPECT_EQ(t.read(ASSOC + L"png", L"Treatment"), L"no dot: skipped");
     }
 }
@@ -183,8 +174,7 @@ TEST(registry_contract, shell_is_told_only_of_a_change) {
     const struct { const char* label; bool hijacked, marked; repair_choice choice; bool told; } cases[] = {
         {"all in place", false, false, {true, false}, false}, {"a hijack", true, false, {true, false}, true},
         {"an override to set", false, false, {true, true}, true}, {"overlays off, nothing marked", true, false, {false, false}, false},
-        {"overlays off, a marker to remove", true, true, {false, false}, true},
-    };
+        {"overlays off, a marker to remove", true, true, {false, false}, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
         test_registry t;

@@ -25,17 +25,16 @@ void plant_flag(fake_registry& r, uint32_t flag) {
 
 TEST(start_location, flag_is_adopted_once_from_the_wish_or_the_legacy_override) {
     const auto none = std::nullopt;
-    const std::wstring legacy = LEGACY_OVERRIDE_COMMAND;
-    const struct { std::optional<uint32_t> flag; std::optional<std::wstring> wish, command, delegate;
-                   std::optional<uint32_t> flag_after; bool retired; const wchar_t* line; } cases[] = {
-        {0u, L"search-filters", legacy, L"", 0u, false, nullptr},
-        {none, L"search-filters", none, none, 1u, false, L"1 (legacy override absent)"},
-        {none, L"quick-pins", none, none, 0u, false, L"0 (legacy override absent)"},
-        {none, L"Search-Filters", none, none, 0u, false, L"0 (legacy override absent)"},
-        {none, L"quick-pins", legacy, L"", 1u, true, L"1 (legacy override retired)"},
-        {none, none, legacy, L"x", 0u, false, L"0 (legacy override absent)"},
-        {none, none, legacy, none, 0u, false, L"0 (legacy override absent)"},
-        {none, none, legacy + L" ", L"", 0u, false, L"0 (legacy override absent)"},
+    const std::wstring legacy = LEGACY_OVERRIDE_COMMAND, absent = L"Adopted the starting location flag: 0 (legacy override absent)";
+    const struct { std::optional<uint32_t> flag; std::optional<std::wstring> wish, command, delegate; bool refuse;
+                   std::optional<uint32_t> flag_after; bool retired; std::wstring line; } cases[] = {
+        {0u, L"search-filters", legacy, L"", false, 0u, false, L""},
+        {none, L"search-filters", none, none, false, 1u, false, L"Adopted the starting location flag: 1 (legacy override absent)"},
+        {none, L"quick-pins", none, none, false, 0u, false, absent}, {none, L"Search-Filters", none, none, false, 0u, false, absent},
+        {none, L"quick-pins", legacy, L"", false, 1u, true, L"Adopted the starting location flag: 1 (legacy override retired)"},
+        {none, none, legacy, L"x", false, 0u, false, absent}, {none, none, legacy, none, false, 0u, false, absent},
+        {none, none, legacy + L" ", L"", false, 0u, false, absent},
+        {none, none, legacy, none, true, none, false, L"Could not record the starting location flag: 5"},  // nothing deleted
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(to_utf8(c.wish.value_or(L"-") + L" " + c.command.value_or(L"-") + L" " + c.delegate.value_or(L"-")));
@@ -44,21 +43,14 @@ TEST(start_location, flag_is_adopted_once_from_the_wish_or_the_legacy_override) 
         if (c.wish) plant_text(r, SUITE_KEY, START_LOCATION_VALUE, *c.wish);
         if (c.command) plant_text(r, LEGACY_OVERRIDE_KEY, L"", *c.command);
         if (c.delegate) plant_text(r, LEGACY_OVERRIDE_KEY, L"DelegateExecute", *c.delegate);
+        r.refuse_writes = c.refuse;
         recorded log;
         adopt_starting_location_flag(r, log.sink());
         EXPECT_EQ(as_dword(r.query(hive::current_user, SUITE_KEY, START_MONITOR_VALUE, 4)), c.flag_after);
         EXPECT_EQ(r.query(hive::current_user, LEGACY_OVERRIDE_KEY, L"", 1024).has_value(), c.command && !c.retired);
         EXPECT_EQ(r.query(hive::current_user, LEGACY_OVERRIDE_KEY, L"DelegateExecute", 1024).has_value(), c.delegate && !c.retired);
-        EXPECT_EQ(log.lines, c.line ? std::vector<std::wstring>{std::wstring(L"[navigation-start] Adopted the starting location flag: ") + c.line}
-                                    : std::vector<std::wstring>{});
+        EXPECT_EQ(log.lines, c.line.empty() ? std::vector<std::wstring>{} : std::vector<std::wstring>{L"[navigation-start] " + c.line});
     }
-    fake_registry refusing;
-    plant_text(refusing, LEGACY_OVERRIDE_KEY, L"", legacy);
-    refusing.refuse_writes = true;
-    recorded log;
-    adopt_starting_location_flag(refusing, log.sink());
-    EXPECT_EQ(log.lines, std::vector<std::wstring>{L"[navigation-start] Could not record the starting location flag: 5"});
-    EXPECT_TRUE(refusing.query(hive::current_user, LEGACY_OVERRIDE_KEY, L"", 1024)) << "nothing is deleted";
 }
 
 TEST(start_location, new_window_goes_to_the_chosen_node_only_from_a_default_page) {
@@ -69,7 +61,7 @@ TEST(start_location, new_window_goes_to_the_chosen_node_only_from_a_default_page
         std::wstring browsed;
         std::optional<bool> busy() override { return busy_answer; }
         window_location location() override { return where; }
-        int32_t browse_to(const wchar_t* name) override { browsed = name; return result; }
+        int32_t browse_to(const wchar_t* name) override { return browsed = name, result; }
     };
     using enum window_location;
     const struct { std::optional<bool> busy; window_location where; uint32_t flag; const wchar_t* wish; int32_t result;
@@ -77,10 +69,9 @@ TEST(start_location, new_window_goes_to_the_chosen_node_only_from_a_default_page
         {std::nullopt, default_page, 1, L"", 0, false, L"", L""}, {true, default_page, 1, L"", 0, false, L"", L""},
         {false, not_ready, 1, L"", 0, false, L"", L""}, {false, desktop_root, 1, L"", 0, false, L"", L""},
         {false, elsewhere, 1, L"", 0, true, L"", L""}, {false, default_page, 0, L"", 0, true, L"", L""},
-        {false, default_page, 1, L"quick-pins", 0, true, QUICK_PINS_LOCATION, L"[navigation-start] Opened Quick pins in a new Explorer window"},
-        {false, default_page, 2, L"anything", 1, true, SEARCH_FILTERS_LOCATION,
-         L"[navigation-start] Opened Search filters in a new Explorer window"},
-        {false, default_page, 1, L"quick-pins", -2147467259, true, QUICK_PINS_LOCATION, L"[navigation-start] Could not open Quick pins: 0x80004005"},
+        {false, default_page, 1, L"quick-pins", 0, true, QUICK_PINS_LOCATION, L"Opened Quick pins in a new Explorer window"},
+        {false, default_page, 2, L"anything", 1, true, SEARCH_FILTERS_LOCATION, L"Opened Search filters in a new Explorer window"},
+        {false, default_page, 1, L"quick-pins", -2147467259, true, QUICK_PINS_LOCATION, L"Could not open Quick pins: 0x80004005"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(to_utf8(c.line) + " " + std::to_string(static_cast<int>(c.where)));
@@ -92,7 +83,7 @@ TEST(start_location, new_window_goes_to_the_chosen_node_only_from_a_default_page
         recorded log;
         EXPECT_EQ(navigate_new_window_if_at_default(b, r, log.sink()), c.done);
         EXPECT_EQ(b.browsed, c.browsed);
-        EXPECT_EQ(log.lines.empty() ? L"" : log.lines.front(), c.line);
+        EXPECT_EQ(log.lines, c.line.empty() ? std::vector<std::wstring>{} : std::vector<std::wstring>{L"[navigation-start] " + c.line});
     }
 }
 
@@ -115,14 +106,11 @@ TEST(pending_windows, prune_drops_gone_reused_and_old_windows) {
     windows[5].search_filters_done = windows[5].quick_pins_done = true;
     recorded log;
     prune_pending_windows(windows, 11000, 10000, [](window_id w) -> std::optional<uint32_t> {
-        if (w == 1) return std::nullopt;
-        return w == 2 ? 21 : static_cast<uint32_t>(w * 10);
+        return w == 1 ? std::nullopt : std::optional<uint32_t>(w == 2 ? 21 : w * 10);
     }, log.sink());
     ASSERT_EQ(windows.size(), 1u);
-    EXPECT_EQ(windows.begin()->first, 3u);
-    EXPECT_EQ(windows.begin()->second.process_id, 30u);
-    EXPECT_EQ(log.lines, std::vector<std::wstring>{
-        L"[navigation-display] Gave up on a new Explorer window (Search filters applied, Quick pins not applied)"});
+    EXPECT_EQ(std::pair(windows.begin()->first, windows.begin()->second.process_id), std::pair(window_id{3}, 30u));
+    EXPECT_EQ(log.lines, std::vector<std::wstring>{L"[navigation-display] Gave up on a new Explorer window (Search filters applied, Quick pins not applied)"});
 }
 
 namespace {
@@ -130,7 +118,7 @@ namespace {
 struct fake_tree final : navigation_tree {
     std::set<item> refuse, not_sticking;
     std::map<item, bool> expanded;
-    std::optional<item> found;
+    std::optional<item> found = 1;
     bool loaded = true;
     std::optional<item> find_tree_item(const wchar_t*) override { return found; }
     bool set_expanded(item node, bool on) override {
@@ -146,16 +134,14 @@ struct fake_tree final : navigation_tree {
 
 TEST(navigation_display, modes_collapse_or_expand_one_or_two_levels) {
     using enum navigation_display_mode;
-    EXPECT_EQ(parse_navigation_display(L"collapsed"), collapsed);
-    EXPECT_EQ(parse_navigation_display(L"expand_second"), expand_second);
-    EXPECT_EQ(parse_navigation_display(L"Collapsed"), expand_first);
+    EXPECT_EQ(std::tuple(parse_navigation_display(L"collapsed"), parse_navigation_display(L"expand_second"),
+                         parse_navigation_display(L"Collapsed")), std::tuple(collapsed, expand_second, expand_first));
     const struct { const char* label; navigation_display_mode mode; bool found; std::set<size_t> refuse, not_sticking;
                    bool loaded, done, node_expanded; } cases[] = {
         {"off", off, false, {}, {}, true, true, true}, {"not found", collapsed, false, {}, {}, true, false, true},
         {"collapsed", collapsed, true, {}, {}, true, true, false}, {"collapse refused", collapsed, true, {1}, {}, true, false, true},
         {"expand first", expand_first, true, {}, {}, true, true, true}, {"expand refused", expand_first, true, {1}, {}, true, false, false},
-        {"second, children not loaded", expand_second, true, {}, {}, false, false, true},
-        {"second", expand_second, true, {}, {}, true, true, true},
+        {"second, children not loaded", expand_second, true, {}, {}, false, false, true}, {"second", expand_second, true, {}, {}, true, true, true},
         {"second, a child refuses", expand_second, true, {3}, {}, true, false, true},
         {"second, a child does not stick", expand_second, true, {}, {3}, true, false, true},
         {"second, leaves refuse", expand_second, true, {2, 4}, {}, true, true, true},
@@ -163,22 +149,19 @@ TEST(navigation_display, modes_collapse_or_expand_one_or_two_levels) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
         fake_tree tree;
-        if (c.found) tree.found = 1;
-        tree.refuse = c.refuse, tree.not_sticking = c.not_sticking, tree.loaded = c.loaded;
-        tree.expanded[1] = c.mode != expand_first;
+        tree.refuse = c.refuse, tree.not_sticking = c.not_sticking, tree.loaded = c.loaded, tree.expanded[1] = c.mode != expand_first;
+        if (!c.found) tree.found.reset();
         recorded log;
         EXPECT_EQ(apply_navigation_display(tree, SEARCH_FILTERS_NODE, c.mode, log.sink()), c.done);
         EXPECT_EQ(tree.expanded[1], c.node_expanded);
-        const bool logged = c.mode == expand_second && c.done;
-        EXPECT_EQ(log.lines, logged ? std::vector<std::wstring>{L"[navigation-display] Expanded ::{249AE234-08DF-4686-AAF3-5D80A15493BE} two levels (3 children)"}
-                                    : std::vector<std::wstring>{});
+        EXPECT_EQ(log.lines, std::vector<std::wstring>(c.mode == expand_second && c.done,
+                                                       L"[navigation-display] Expanded ::{249AE234-08DF-4686-AAF3-5D80A15493BE} two levels (3 children)"));
     }
 }
 
 TEST(navigation_display, a_pass_runs_each_unfinished_step_and_stores_what_is_left) {
     using enum navigation_display_mode;
     fake_tree tree;
-    tree.found = 1;
     const struct { const char* label; pending_explorer_window before; pass_settings settings; bool navigated, has_tree;
                    int navigations, lookups; bool start, filters, pins; } cases[] = {
         {"all to do", {}, {true, expand_first, off}, true, true, 1, 1, true, true, true},
@@ -201,6 +184,6 @@ TEST(navigation_display, a_pass_runs_each_unfinished_step_and_stores_what_is_lef
     store_window_flags(windows, 8, {0, 0, true, true, true});
     store_window_flags(windows, 9, {0, 0, true, false, false});
     ASSERT_EQ(windows.size(), 1u) << "a finished window leaves; a gone one is not brought back";
-    EXPECT_EQ(windows[7].process_id, 70u);
-    EXPECT_TRUE(windows[7].start_done && !windows[7].search_filters_done && windows[7].quick_pins_done);
+    const auto& w = windows[7];
+    EXPECT_EQ(std::tuple(w.process_id, w.start_done, w.search_filters_done, w.quick_pins_done), std::tuple(70u, true, false, true));
 }

@@ -11,10 +11,10 @@
 
 using namespace microphone;
 namespace mm = microphone_mute;
+using namespace std::string_view_literals;
 
 TEST(microphone_state, three_quick_requests_run_at_most_two_tasks) {
-    state s;
-    s.mic_monitoring = true;
+    state s{.mic_monitoring = true};
     const uint64_t first = begin_state_request(s).value();
     EXPECT_FALSE(begin_state_request(s) || begin_state_request(s));
     // The first result is out of date: it starts the one repeat and changes nothing.
@@ -28,8 +28,7 @@ TEST(microphone_state, three_quick_requests_run_at_most_two_tasks) {
 }
 
 TEST(microphone_state, a_toggle_makes_a_running_request_stale) {
-    state s;
-    s.mic_monitoring = true;
+    state s{.mic_monitoring = true};
     const uint64_t request = begin_state_request(s).value();
     const uint64_t toggle = begin_toggle(s);
     EXPECT_EQ(toggle, request + 1);
@@ -56,12 +55,8 @@ TEST(microphone_state, a_result_updates_the_icon_only_when_the_wanted_shape_chan
     for (const auto& c : cases) {
         SCOPED_TRACE(fmt::format("shown={} icon_muted={} present={} muted={} when_muted={}", c.shown, c.icon_muted,
                                  c.present, c.muted, c.when_muted));
-        state s;
-        s.mic_monitoring = true;
-        s.mic_icon_shown = c.shown;
-        s.mic_icon_muted = c.icon_muted;
-        s.show_when_muted = c.when_muted;
-        s.show_when_on = !c.when_muted;
+        state s{.mic_monitoring = true, .show_when_muted = c.when_muted, .show_when_on = !c.when_muted, .mic_icon_shown = c.shown,
+                .mic_icon_muted = c.icon_muted};
         EXPECT_EQ(on_mic_state(s, mm::state_request_flags(c.present, c.muted), 0).update_icon, !c.stays);
         EXPECT_EQ(s.mic_present, c.present);
         // The icon that update_microphone_icon then wants.
@@ -69,8 +64,7 @@ TEST(microphone_state, a_result_updates_the_icon_only_when_the_wanted_shape_chan
         s.mic_monitoring = false;
         EXPECT_FALSE(icon_wanted(s));
     }
-    state s;
-    s.mic_muted = true;
+    state s{.mic_muted = true};
     icon_shown(s, true);
     EXPECT_TRUE(s.mic_icon_shown && s.mic_icon_muted && s.mic_icon_dark);
 }
@@ -84,15 +78,11 @@ TEST(microphone_state, settings_start_stop_retry_and_redraw_the_icon) {
     p = apply_settings(s, true, false, false, false);
     EXPECT_TRUE(p.retry_endpoint && p.update_icon && !p.start_monitor) << "no endpoint watched; a setting changed";
     // Unchanged settings: the wanted shape against the shown one, the theme included.
-    const struct { bool shown, icon_dark, dark, present, update; } ticks[] = {
-        {false, false, false, false, false}, {false, false, false, true, true}, {true, false, false, true, false},
-        {true, false, true, true, true},     {true, false, false, false, true},
-    };
+    const struct { bool shown, dark, present, update; } ticks[] = {
+        {false, false, false, false}, {false, false, true, true}, {true, false, true, false}, {true, true, true, true}, {true, false, false, true}};
     for (const auto& t : ticks) {
-        SCOPED_TRACE(fmt::format("shown={} icon_dark={} dark={} present={}", t.shown, t.icon_dark, t.dark, t.present));
-        s.mic_icon_shown = t.shown;
-        s.mic_icon_dark = t.icon_dark;
-        s.mic_present = t.present;
+        SCOPED_TRACE(fmt::format("shown={} dark={} present={}", t.shown, t.dark, t.present));
+        s.mic_icon_shown = t.shown, s.mic_icon_dark = false, s.mic_present = t.present;
         p = apply_settings(s, true, false, true, t.dark);
         EXPECT_EQ(p.update_icon, t.update);
         EXPECT_FALSE(p.retry_endpoint || p.start_monitor || p.stop_monitor);
@@ -109,12 +99,8 @@ TEST(microphone_state, settings_come_from_media_keys_and_are_off_while_it_is_dis
           {"media-keys", "disabled", "{}", false, false}, {"other", "disabled", "{}", true, true}}) {
         SCOPED_TRACE(general);
         settings_sandbox sandbox;
-        auto file = sandbox.open();
-        settings_sandbox::write(sandbox.user_file(),
-                                fmt::format(R"({{"apps":[{{"app_id":"{}","status":"{}",)"
-                                            R"("settings":{{"general":{}}}}}]}})", app, status, general), 1);
-        ASSERT_TRUE(file->reload_if_changed(false));
-        const show_settings read = read_show_settings(*file);
+        ASSERT_TRUE(sandbox.load(document_with_settings(fmt::format(R"({{"general":{}}})", general), status, app)));
+        const show_settings read = read_show_settings(sandbox.file());
         EXPECT_EQ(std::pair(read.when_muted, read.when_on), std::pair(when_muted, when_on));
     }
 }
@@ -125,8 +111,7 @@ TEST(microphone_state, the_icon_looks_as_its_state_and_theme_say_and_fills_its_s
     EXPECT_EQ(std::tuple(icon_colour(true, true), icon_colour(false, true), icon_colour(true, false),
                          icon_colour(false, false)),
               std::tuple(0xFFFF1414u, 0xFFFFFFFFu, 0xFFD70000u, 0xFF000000u));
-    EXPECT_EQ(tip_text(true), L"Microphone muted - click to unmute");
-    EXPECT_EQ(tip_text(false), L"Microphone on - click to mute");
+    EXPECT_EQ(std::pair(tip_text(true), tip_text(false)), std::pair(L"Microphone muted - click to unmute"sv, L"Microphone on - click to mute"sv));
     // A tall outline touches top and bottom, a wide one the sides; both end centred.
     for (const auto& [x, y, w, h, scale, dx, dy] :
          {std::array{2.f, 4.f, 10.f, 20.f, 1.6f, 4.8f, -6.4f}, {1.f, 3.f, 16.f, 8.f, 2.f, -2.f, 2.f}}) {
@@ -147,11 +132,9 @@ TEST(microphone_mute, results_toggles_and_device_changes_carry_the_right_values)
                          mm::toggle_result_flags(false), mm::osd_code(true), mm::osd_code(false)),
               std::tuple(7u, 6u, 2u, 5u, 4u, 6u, 7u));
     // A failed read counts as not muted, so the toggle mutes.
-    EXPECT_TRUE(mm::toggled_state(false, false) && mm::toggled_state(false, true) && mm::toggled_state(true, false));
-    EXPECT_FALSE(mm::toggled_state(true, true));
+    EXPECT_EQ(std::tuple(mm::toggled_state(false, false), mm::toggled_state(false, true), mm::toggled_state(true, false),
+                         mm::toggled_state(true, true)), std::tuple(true, true, true, false));
     for (uint32_t flow = 0; flow < 3; ++flow) {
-        for (uint32_t role = 0; role < 3; ++role) {
-            EXPECT_EQ(mm::default_change_concerns_microphone(flow, role), flow == 1 && role != 1) << flow << role;
-        }
+        for (uint32_t role = 0; role < 3; ++role) EXPECT_EQ(mm::default_change_concerns_microphone(flow, role), flow == 1 && role != 1) << flow << role;
     }
 }

@@ -8,34 +8,19 @@
 using high_level_settings::settings_file;
 
 namespace {
-
-// A settings file loaded from `text`, in a sandbox that lives as long as the fixture.
-class loaded_settings : public testing::Test {
-protected:
-    settings_file& load(std::string_view text) {
-        if (!file) file = sandbox.open();
-        settings_sandbox::write(sandbox.user_file(), text, ++hour);
-        EXPECT_TRUE(file->reload_if_changed(false));
-        return *file;
-    }
-
-    settings_sandbox sandbox;
-    std::unique_ptr<settings_file> file;
-    int hour = 0;
-};
-
 const std::vector<std::wstring> fallback{L"fallback"};
-
 }  // namespace
 
-TEST_F(loaded_settings, flattens_one_level_of_objects_and_reads_only_values_of_the_asked_type) {
-    const auto& s = load(document_with_settings(R"({
+TEST(loaded_settings, flattens_one_level_of_objects_and_reads_only_values_of_the_asked_type) {
+    settings_sandbox sandbox;
+    ASSERT_TRUE(sandbox.load(document_with_settings(R"({
         "flag": false, "name": "plain", "size": 14, "list": ["a", 1, null, "b", ["c"], {"d": 1}],
         "general": {"showX": false, "deeper": {"y": 1}, "font": "Bahnschrift", "empty": []},
         "huge": 2147483648, "lowest": -2147483648, "fraction": 12.5, "whole_fraction": 12.0, "exponent": 1e2,
         "nothing": null, "general.literal": 7, "twice": 1, "twice": 2, "nulled": 3, "nulled": null,
         "unicode": "Gr\u00fc\u00dfe \u7d22\u5f15"
-    })"));
+    })")));
+    const settings_file& s = sandbox.file();
     EXPECT_FALSE(s.get_bool("x", "general.showX")) << "a member of an object reads as parent.child";
     EXPECT_EQ(s.get_string("x", "general.font", L"?"), L"Bahnschrift");
     EXPECT_EQ(s.get_string("x", "unicode", L"?"), L"Gr\u00FC\u00DFe \u7D22\u5F15");
@@ -63,15 +48,17 @@ TEST_F(loaded_settings, flattens_one_level_of_objects_and_reads_only_values_of_t
 }
 
 // App ids compare exactly; records without a text id are dropped.
-TEST_F(loaded_settings, the_first_record_of_an_id_counts_and_only_an_exact_disabled_switches_it_off) {
-    const auto& s = load(R"({"apps":[
+TEST(loaded_settings, the_first_record_of_an_id_counts_and_only_an_exact_disabled_switches_it_off) {
+    settings_sandbox sandbox;
+    ASSERT_TRUE(sandbox.load(R"({"apps":[
         "not a record", 5, null, {"name":"no id","status":"enabled"}, {"app_id":""}, {"app_id":7},
         {"app_id":"x","status":"disabled","settings":{"size":4}},
         {"app_id":"x","status":"enabled","settings":{"size":5,"other":6}},
         {"app_id":"X","status":"Disabled","settings":{"size":8}},
         {"app_id":"blank","status":"disabled ","settings":"not an object"},
         {"app_id":"not text","status":false}
-    ]})");
+    ]})"));
+    const settings_file& s = sandbox.file();
     EXPECT_FALSE(s.is_app_enabled("x", true));
     EXPECT_EQ(s.get_int("x", "size", 0), 4);
     EXPECT_EQ(s.get_int("x", "other", 0), 0) << "nothing of the second record is merged";
@@ -83,7 +70,8 @@ TEST_F(loaded_settings, the_first_record_of_an_id_counts_and_only_an_exact_disab
     }
 }
 
-TEST_F(loaded_settings, a_document_that_does_not_parse_keeps_the_last_good_content) {
+TEST(loaded_settings, a_document_that_does_not_parse_keeps_the_last_good_content) {
+    settings_sandbox sandbox;
     // The document itself holds four levels.
     const auto nested = [](int levels) { return std::string(levels, '[') + std::string(levels, ']'); };
     const auto sized = [](int size, const std::string& more) {
@@ -104,10 +92,8 @@ TEST_F(loaded_settings, a_document_that_does_not_parse_keeps_the_last_good_conte
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        load(document_with_settings(R"({"size": 20})", "disabled"));
-        const auto& s = load(c.text);
-        EXPECT_EQ(s.get_int("x", "size", 0), c.size);
-        EXPECT_EQ(s.is_app_enabled("x", true), c.size != 20);
+        EXPECT_TRUE(sandbox.load(document_with_settings(R"({"size": 20})", "disabled")) && sandbox.load(c.text));
+        EXPECT_EQ(std::pair(sandbox.file().get_int("x", "size", 0), sandbox.file().is_app_enabled("x", true)), std::pair(c.size, c.size != 20));
     }
     EXPECT_FALSE(high_level_settings::parse_settings_document("[]").has_value()) << "a root that is no object";
 }

@@ -29,6 +29,15 @@ public:
     std::unique_ptr<high_level_settings::settings_file> open() {
         return std::make_unique<high_level_settings::settings_file>(L"Settings", L"High Level Settings", *this);
     }
+    // The sandbox's own settings file, opened at the first use.
+    high_level_settings::settings_file& file() { return *(file_ ? file_ : file_ = open()); }
+    // Writes `text` to the user file under a later stamp than the last load's and reloads file(): whether
+    // the reload took.
+    bool load(std::string_view text) {
+        auto& opened = file();  // opening makes the user's folder
+        write(user_file(), text, ++hour_);
+        return opened.reload_if_changed(false);
+    }
 
     // Writes `text` with a stamp `hour` hours after a fixed moment, so that two writes never share
     // a stamp by chance.
@@ -44,9 +53,11 @@ public:
 private:
     const temp_folder folder_;
     const std::filesystem::path& root_ = folder_.path;
+    std::unique_ptr<high_level_settings::settings_file> file_;
+    int hour_ = 0;
 };
 
-// One app record "x" whose settings object is `settings`.
-inline std::string document_with_settings(std::string_view settings, std::string_view status = "enabled") {
-    return fmt::format(R"({{"apps":[{{"app_id":"x","status":"{}","settings":{}}}]}})", status, settings);
+// One app record, "x" unless named, whose settings object is `settings`.
+inline std::string document_with_settings(std::string_view settings, std::string_view status = "enabled", std::string_view app = "x") {
+    return fmt::format(R"({{"apps":[{{"app_id":"{}","status":"{}","settings":{}}}]}})", app, status, settings);
 }
