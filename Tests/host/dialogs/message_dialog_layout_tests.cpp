@@ -16,12 +16,16 @@ measured text_of(int32_t height, uint32_t dpi = 96, int32_t line_height = 19) {
 
 TEST(message_dialog_layout, seven_lines_stay_static_and_more_scroll_in_seven_lines) {
     const struct { int32_t text_height, line_height; bool scrolling; int32_t control_height; } cases[] = {
-        {7 * 19, 19, false, 7 * 19}, {7 * 19 + 1, 19, true, 7 * 19 + 2 * 2},  // a partial last line counts
-        {40 * 19, 19, true, 7 * 19 + 2 * 2}, {12 * 19, 0, false, 12 * 19},  // a font without a line height never scrolls
+        {7 * 19, 19, false, 7 * 19},
+        {7 * 19 + 1, 19, true, 7 * 19 + 2 * 2},  // a partial last line counts
+        {40 * 19, 19, true, 7 * 19 + 2 * 2},
+        {12 * 19, 0, false, 12 * 19},  // a font without a line height never scrolls
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(fmt::format("text {} line {}", c.text_height, c.line_height));
         const size s = size_for(text_of(c.text_height, 96, c.line_height));
-        EXPECT_EQ(std::pair(s.scrolling, s.text_height), std::pair(c.scrolling, c.control_height)) << c.text_height << " " << c.line_height;
+        EXPECT_EQ(s.scrolling, c.scrolling);
+        EXPECT_EQ(s.text_height, c.control_height);
     }
 }
 
@@ -33,8 +37,10 @@ TEST(message_dialog_layout, sizes_at_96_120_and_144_dpi_widened_by_buttons_or_a_
         {144, 719 + 2 * 53, 19 + 2 * (23 + 53) + 45},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(fmt::format("dpi={}", c.dpi));
         const size s = size_for(text_of(19, c.dpi));
-        EXPECT_EQ(std::pair(s.client_width, s.client_height), std::pair(c.client_width, c.client_height)) << c.dpi;
+        EXPECT_EQ(s.client_width, c.client_width);
+        EXPECT_EQ(s.client_height, c.client_height);
     }
     measured wide = text_of(19);
     wide.show_cancel = wide.show_no = true;
@@ -51,7 +57,9 @@ TEST(message_dialog_layout, sizes_at_96_120_and_144_dpi_widened_by_buttons_or_a_
 // window really got.
 TEST(message_dialog_layout, places_the_controls_that_are_shown) {
     const struct { const char* name; bool all; children expected; } cases[] = {
-        {"all", true, {{35, 35, 565, 54}, {35, 69, 205, 109}, {35, 135, 65, 165}, {175, 135, 295, 165}, {310, 135, 430, 165}, {445, 135, 565, 165}}},
+        {"all", true,
+         {{35, 35, 565, 54}, {35, 69, 205, 109}, {35, 135, 65, 165}, {175, 135, 295, 165}, {310, 135, 430, 165},
+          {445, 135, 565, 165}}},
         {"OK only", false, {{35, 35, 565, 54}, {}, {}, {445, 135, 565, 165}, {}, {}}},
     };
     for (const auto& c : cases) {
@@ -59,7 +67,8 @@ TEST(message_dialog_layout, places_the_controls_that_are_shown) {
         measured m = text_of(19);
         m.show_cancel = m.show_no = m.show_copy = m.show_check = c.all;
         const children placed = place(m, size_for(m), 600, 200);
-        for (const auto part : {&children::text, &children::check, &children::copy, &children::ok, &children::no, &children::cancel}) {
+        for (const auto part : {&children::text, &children::check, &children::copy, &children::ok, &children::no,
+                                &children::cancel}) {
             EXPECT_EQ(placed.*part, c.expected.*part);
         }
     }

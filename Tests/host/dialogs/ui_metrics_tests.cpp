@@ -12,10 +12,14 @@ TEST(ui_metrics, mul_div_rounds_half_away_from_zero_and_gives_minus_one_when_it_
         {max, 2, 2, max}, {min, 1, 1, min},  // a product beyond 32 bits still divides back
         {max, 2, 1, -1},  {min, 2, 1, -1},  {7, 1, 0, -1},
     };
-    for (const auto& c : cases) EXPECT_EQ(ui_metrics::mul_div(c.number, c.numerator, c.denominator), c.result) << c.number << " " << c.numerator;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(fmt::format("{} * {} / {}", c.number, c.numerator, c.denominator));
+        EXPECT_EQ(ui_metrics::mul_div(c.number, c.numerator, c.denominator), c.result);
+    }
 }
 
 TEST(ui_metrics, a_rectangle_measures_from_its_left_and_top_edges) {
     const ui_metrics::rect r{10, 20, 110, 70};
-    EXPECT_EQ(std::pair(r.width(), r.height()), std::pair(100, 50));
+    EXPECT_EQ(r.width(), 100);
+    EXPECT_EQ(r.height(), 50);
 }

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 
 using namespace housekeeping;
@@ -24,9 +23,10 @@ struct scripted_port final : package_port {
     uint32_t maintenance_from = 99;   // the attempt at whose head maintenance runs
     std::vector<uint32_t> surrogates;
 
-    uint32_t attempt = 0, waits = 0;
+    uint32_t attempt = 0;
     std::vector<std::string> lines, commands;
     std::vector<uint32_t> sleeps, ended;
+    int waits = 0;
 
     bool maintenance_running() override { return ++attempt >= maintenance_from; }
     std::optional<std::vector<folder_entry_info>> list_folder(std::wstring&) override { return entries; }
@@ -83,8 +83,8 @@ TEST(package_registrations, updates_only_what_is_registered_behind_its_file_or_u
         SCOPED_TRACE(c.name);
         complete_package_registrations(c.port, "C:/Suite");
         EXPECT_EQ(c.port.lines, c.lines);
-        EXPECT_EQ(std::pair(c.port.commands.size(), c.port.sleeps), std::pair(c.lines.size() / 2, std::vector<uint32_t>(c.lines.size() / 2, 2000)))
-            << "a good attempt settles 2 s";
+        EXPECT_EQ(c.port.commands.size(), c.lines.size() / 2);
+        EXPECT_EQ(c.port.sleeps, std::vector<uint32_t>(c.port.commands.size(), 2000)) << "a good attempt settles 2 s";
     }
 }
 
@@ -97,7 +97,8 @@ TEST(package_registrations, takes_msix_files_of_any_case_and_warns_of_an_unreada
     port.exit_code = 1;
     complete_package_registrations(port, "C:/Suite");
     EXPECT_EQ(port.lines.front(), "WARNING Cannot read the package identity of C:/Suite/broken.msix");
-    EXPECT_EQ(std::pair(std::ranges::count(port.lines, port.lines.front()), port.commands.size()), std::pair(std::ptrdiff_t{1}, size_t{10}));
+    EXPECT_EQ(std::count(port.lines.begin(), port.lines.end(), port.lines.front()), 1);
+    EXPECT_EQ(port.commands.size(), 10u);
     EXPECT_EQ(port.commands[0], "-NoProfile -NonInteractive -ExecutionPolicy Bypass -Command \"Add-AppxPackage -Path "
                                 "'C:/Suite/Veldrake.Corvane.MSIX' -ExternalLocation 'C:/Suite' -ForceUpdateFromAnyVersion "
                                 "-ErrorAction Stop\"");
@@ -110,7 +111,8 @@ TEST(package_registrations, waits_for_explorer_to_drop_another_hook_and_stops_fo
     scripted_port hooked = one_package(v(1, 2, 3, 4), {v(1, 2, 3, 3)});
     hooked.hook_rounds = 99;
     complete_package_registrations(hooked, "C:/Suite");
-    EXPECT_EQ(std::pair(hooked.waits, hooked.commands.size()), std::pair(10u, size_t{0}));
+    EXPECT_EQ(hooked.waits, 10);
+    EXPECT_TRUE(hooked.commands.empty());
     EXPECT_EQ(hooked.lines[9], "INFO 1 package registration(s) need updating, but Explorer still runs another build's "
                                "Corvane hook; attempt 10 waits for Explorer to restart");
 
@@ -119,8 +121,8 @@ TEST(package_registrations, waits_for_explorer_to_drop_another_hook_and_stops_fo
     maintenance.maintenance_from = 2;
     maintenance.surrogates = {71, 72};
     complete_package_registrations(maintenance, "C:/Suite");
-    EXPECT_EQ(std::pair(maintenance.commands.size(), maintenance.ended), std::pair(size_t{1}, std::vector<uint32_t>{71, 72}))
-        << "the second attempt ends at its gate";
+    EXPECT_EQ(maintenance.commands.size(), 1u) << "the second attempt ends at its gate";
+    EXPECT_EQ(maintenance.ended, (std::vector<uint32_t>{71, 72}));
     EXPECT_EQ(maintenance.lines.front(), "INFO Package Veldrake.Corvane: ending 2 COM surrogate(s) still running an "
                                          "earlier version");
 }
@@ -129,7 +131,8 @@ TEST(package_registrations, quotes_for_powershell_and_prints_versions) {
     EXPECT_EQ(quote_for_powershell(L"C:\\Bob's 'Suite'"), L"'C:\\Bob''s ''Suite'''");
     EXPECT_EQ(quote_for_powershell(L""), L"''");
     EXPECT_EQ(version_text(v(1, 65535, 0, 7)), L"1.65535.0.7");
-    EXPECT_TRUE(other_build_hook(L"Veldrake.ContextMenuReplacement.Hook.1.0.9.0.dll") && other_build_hook(L"VELDRAKE.CONTEXTMENUREPLACEMENT.HOOK.dll"));
+    EXPECT_TRUE(other_build_hook(L"Veldrake.ContextMenuReplacement.Hook.1.0.9.0.dll"));
+    EXPECT_TRUE(other_build_hook(L"VELDRAKE.CONTEXTMENUREPLACEMENT.HOOK.dll"));
     EXPECT_FALSE(other_build_hook(L"veldrake.contextmenureplacement.hook.1.0.10.0.dll")) << "this build's own";
     EXPECT_FALSE(other_build_hook(L"Veldrake.Paste.ShellExtension.dll"));
 }

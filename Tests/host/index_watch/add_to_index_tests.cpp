@@ -18,5 +18,8 @@ TEST(add_to_index, arguments_quote_each_path_without_trailing_backslashes) {
         {"a subject with blanks stays one argument", {L"C:\\A"}, L"Holiday 2026",
          L"--add-index-scope \"--subject:Holiday 2026\" \"C:\\A\""},
     };
-    for (const auto& c : cases) EXPECT_EQ(add_to_index_arguments(c.paths, c.subject), c.arguments) << c.name;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(add_to_index_arguments(c.paths, c.subject), c.arguments);
+    }
 }

@@ -9,8 +9,8 @@ constexpr uint64_t limit = 10800000, t0 = 1000, t1 = t0 + limit;  // three hours
 // Statuses: 1 unavailable, 2 in progress, 4 complete, 8 stuck.
 TEST(index_status, follows_the_waiting_count_and_stalls_when_nothing_moves_for_the_limit) {
     const tray_state fresh;  // before the first sample
-    EXPECT_EQ(std::tuple(fresh.indexing_status, fresh.last_items_to_index, fresh.sampling_in_flight, fresh.prompt_shown, fresh.prompt_open),
-              std::tuple(4u, -1, false, false, false));
+    EXPECT_EQ(std::tuple(fresh.indexing_status, fresh.last_items_to_index, fresh.sampling_in_flight, fresh.prompt_shown,
+                         fresh.prompt_open), std::tuple(4u, -1, false, false, false));
     // A count sample, or with `power_event` set, a power event.
     struct step { int32_t items, total; uint64_t at; uint32_t power_event = 0; };
     const struct { const char* name; std::vector<step> steps; uint32_t status; } cases[] = {
@@ -50,8 +50,9 @@ TEST(stall_prompt, comes_once_per_stall_when_nothing_else_is_up_and_restart_rest
 }
 
 TEST(stall_prompt, words_the_limit_in_whole_hours_or_else_minutes) {
-    for (const auto& [ms, text] : {std::pair<uint64_t, std::wstring>{10800000, L"3 hours"}, {3600000, L"1 hour"}, {5400000, L"90 minutes"},
-                                   {60000, L"1 minute"}, {59999, L"0 minutes"}}) EXPECT_EQ(stall_duration_text(ms), text) << ms;
+    const std::pair<uint64_t, std::wstring> cases[] = {
+        {10800000, L"3 hours"}, {3600000, L"1 hour"}, {5400000, L"90 minutes"}, {60000, L"1 minute"}, {59999, L"0 minutes"}};
+    for (const auto& [ms, text] : cases) EXPECT_EQ(stall_duration_text(ms), text) << ms;
     EXPECT_EQ(stall_prompt_text(1234567, 10800000),
               L"Windows Search indexing appears to be stuck: 1234567 item(s) are waiting to be indexed and no progress "
               L"has been made in the last 3 hours of active use.\n\nDo you want to restart the Windows Search service "

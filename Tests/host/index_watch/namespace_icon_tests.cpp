@@ -33,7 +33,8 @@ TEST(namespace_icon, display_is_off_only_when_the_app_is_disabled_or_the_setting
     settings_sandbox sandbox;
     const auto file = sandbox.open();
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.document);
         settings_sandbox::write(sandbox.user_file(), c.document, c.hour);
-        EXPECT_EQ(namespace_display_on(*file), c.on) << c.document;
+        EXPECT_EQ(namespace_display_on(*file), c.on);
     }
 }

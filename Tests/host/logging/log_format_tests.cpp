@@ -7,9 +7,13 @@ TEST(log_format, prefix_has_seven_decimals_plain_ids_and_the_level_word) {
     const struct { local_timestamp when; uint32_t pid, tid, level; std::string_view expected; } cases[] = {
         {{2026, 11, 13, 18, 53, 19, 1234567}, 4120, 7312, 1, "[2026-11-13 18:53:19.1234567] [P:4120 T:7312] [INFO] "},
         {{2026, 1, 2, 3, 4, 5, 7}, 1, 2, 3, "[2026-01-02 03:04:05.0000007] [P:1 T:2] [ERROR] "},
-        {{1999, 12, 31, 23, 59, 59, 9999999}, 4294967295u, 0, 9, "[1999-12-31 23:59:59.9999999] [P:4294967295 T:0] [UNKNOWN] "},
+        {{1999, 12, 31, 23, 59, 59, 9999999}, 4294967295u, 0, 9,
+         "[1999-12-31 23:59:59.9999999] [P:4294967295 T:0] [UNKNOWN] "},
     };
-    for (const auto& c : cases) EXPECT_EQ(format_log_prefix(c.when, c.pid, c.tid, c.level), c.expected) << std::string(c.expected);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.expected));
+        EXPECT_EQ(format_log_prefix(c.when, c.pid, c.tid, c.level), c.expected);
+    }
     const std::string_view words[] = {"DEBUG", "INFO", "WARNING", "ERROR", "CRITICAL", "UNKNOWN"};
     for (uint32_t level = 0; level < 6; ++level) EXPECT_EQ(level_name(level), words[level]) << level;
 }
@@ -24,7 +28,10 @@ TEST(log_format, local_time_keeps_the_100ns_ticks_of_the_second) {
     using namespace std::chrono;
     const auto base = system_clock::time_point(seconds(1'700'000'000));
     for (const auto& [ns, ticks] : {std::pair{0, 0u}, {100, 1u}, {123'456'700, 1'234'567u}, {999'999'999, 9999999u}}) {
+        SCOPED_TRACE(fmt::format("{} ns", ns));
         const local_timestamp t = to_local_time(base + duration_cast<system_clock::duration>(nanoseconds(ns)));
-        EXPECT_EQ(std::tuple(t.ticks, t.second, t.year, t.month), std::tuple(ticks, 20, 2023, 11)) << ns << " ns";
+        EXPECT_EQ(t.ticks, ticks);
+        EXPECT_EQ(t.second, 20);
+        EXPECT_EQ(std::pair(t.year, t.month), std::pair(2023, 11));
     }
 }

@@ -26,7 +26,8 @@ TEST(tray_menu_layout, seven_items_in_their_order_two_with_dots_and_none_with_a_
 
 TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
     using ui_metrics::rect;
-    const struct { uint32_t dpi; int32_t separator, item_width, item_height, bitmap_x, corner; rect text, hover; } cases[] = {
+    const struct { uint32_t dpi; int32_t separator, item_width, item_height, bitmap_x, corner; rect text, hover; }
+        cases[] = {
         // Text 100 x 16, no bitmap: column 16, width 16 + 24 + 12 + 12 + 100, height 16 + 10.
         {96, 9, 164, 26, 12, 8, {12 + 16 + 12, 30, 188, 56}, {4, 32, 196, 54}},
         {120, 11, 20 + 30 + 15 + 15 + 100, 20 + 13, 15 + 2, 10, {15 + 20 + 15, 30, 185, 56}, {5, 33, 195, 53}},
@@ -38,8 +39,10 @@ TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
         EXPECT_EQ(measure_separator(c.dpi), (item_size{0, c.separator}));
         EXPECT_EQ(measure_item(c.dpi, 100, 16, 0), (item_size{c.item_width, c.item_height}));
         const item_geometry g = geometry(c.dpi, {0, 30, 200, 56}, 16, 16);
-        EXPECT_EQ(std::tuple(g.bitmap_x, g.bitmap_y, g.corner), std::tuple(c.bitmap_x, 30 + 5, c.corner));
-        EXPECT_EQ(std::pair(g.text, g.hover), std::pair(c.text, c.hover));
+        EXPECT_EQ(std::pair(g.bitmap_x, g.bitmap_y), std::pair(c.bitmap_x, 30 + 5));
+        EXPECT_EQ(g.corner, c.corner);
+        EXPECT_EQ(g.text, c.text);
+        EXPECT_EQ(g.hover, c.hover);
     }
     // A bitmap wider than the column widens it; a tall text sets the height; the line halves the item.
     EXPECT_EQ(measure_item(96, 50, 40, 20), (item_size{20 + 24 + 12 + 12 + 50, 40 + 10}));
@@ -49,12 +52,16 @@ TEST(tray_menu_layout, lengths_at_96_120_and_144_dpi) {
 TEST(tray_menu_layout, font_from_size_weight_and_family) {
     const std::wstring thirty_one(31, L'F'), thirty_two(32, L'F');
     const std::optional<std::wstring> variable{variable_text_face};
-    const struct { const char* name; font_settings settings; uint32_t dpi; bool variable_exists; font_choice expected; } cases[] = {
+    const struct { const char* name; font_settings settings; uint32_t dpi; bool variable_exists; font_choice expected; }
+        cases[] = {
         {"31 characters still fit", {32, thirty_one, "Light"}, 96, false, {-32, 300, thirty_one}},
         {"32 characters count as none", {100, thirty_two, "Semibold"}, 96, true, {-32, 600, variable}},
         {"no family, no variable text", {INT64_MAX, L"", "Medium"}, 120, false, {-40, 500, std::nullopt}},
         {"too long, no variable text", {12, thirty_two, "Bold"}, 96, false, {-12, 700, std::nullopt}},
         {"clamped to 8, then scaled; weights match exactly", {-5, L"", "bold"}, 144, true, {-12, 400, variable}},
     };
-    for (const auto& c : cases) EXPECT_EQ(choose_font(c.settings, c.dpi, c.variable_exists), c.expected) << c.name;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(choose_font(c.settings, c.dpi, c.variable_exists), c.expected);
+    }
 }

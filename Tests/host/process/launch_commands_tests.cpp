@@ -13,7 +13,10 @@ TEST(launch_commands, the_interpreter_line_carries_the_switch_the_quoted_path_an
         {3, L"c.exe", L"", L"/c start \"\" /MAX \"c.exe\" "},
         {5, L"c.exe", L"-q", L"/c start \"\" \"c.exe\" -q"},
     };
-    for (const auto& c : cases) EXPECT_EQ(interpreter_arguments(window_switch(c.show_command), c.path, c.arguments), c.expected) << c.show_command;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(to_utf8(c.expected));
+        EXPECT_EQ(interpreter_arguments(window_switch(c.show_command), c.path, c.arguments), c.expected);
+    }
 }
 
 // The flags that the Win32 tier proves on a real child: a console without a window only for show
@@ -24,8 +27,10 @@ TEST(launch_commands, the_direct_start_sets_the_show_window_and_the_console_flag
         {1, true, 0, detached_process, 0},                       {5, false, startf_use_show_window, detached_process, 5},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.show_command * 10 + c.no_window);
         const direct_start d = direct_start_options(c.show_command, c.no_window);
-        EXPECT_EQ(std::tuple(d.startup_flags, d.creation_flags, d.show_window), std::tuple(c.startup_flags, c.creation_flags, c.show))
-            << c.show_command << " " << c.no_window;
+        EXPECT_EQ(d.startup_flags, c.startup_flags);
+        EXPECT_EQ(d.creation_flags, c.creation_flags);
+        EXPECT_EQ(d.show_window, c.show);
     }
 }

@@ -9,8 +9,9 @@ TEST(settings_app, application_control_codes_change_the_text_and_the_log_suffix)
         {0, false},    {2, false},    {5, false},    {1260, true},  {4551, true}, {4556, true}, {4557, true},
         {4558, true},  {4559, true},  {4560, false}, {4580, true},  {4581, true}, {4582, true}, {4583, false}};
     for (const auto& c : cases) {
-        EXPECT_EQ(std::pair(is_application_control_error(c.error), application_control_suffix(c.error).empty()), std::pair(c.control, !c.control))
-            << c.error;
+        SCOPED_TRACE(testing::Message() << "error " << c.error);
+        EXPECT_EQ(is_application_control_error(c.error), c.control);
+        EXPECT_EQ(application_control_suffix(c.error).empty(), !c.control);
     }
 }
 
@@ -30,6 +31,7 @@ TEST(settings_app, failure_texts_name_the_path_the_reason_and_the_code) {
 }
 
 TEST(settings_app, only_an_unpackaged_tray_that_is_not_elevated_starts_the_app_itself) {
-    EXPECT_EQ(std::tuple(start_through_shell(false, false), start_through_shell(true, false), start_through_shell(false, true)),
-              std::tuple(false, true, true));
+    EXPECT_FALSE(start_through_shell(false, false));
+    EXPECT_TRUE(start_through_shell(true, false));
+    EXPECT_TRUE(start_through_shell(false, true));
 }

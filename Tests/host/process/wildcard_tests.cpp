@@ -24,7 +24,10 @@ TEST(wildcard, matches_whole_names_with_stars_folding_only_a_to_z) {
         {L"\u00C9*", L"\u00E9t\u00E9", false},  // only A to Z are folded
         {L"?", L"a", false},                  // no other wildcard
     };
-    for (const auto& c : cases) EXPECT_EQ(wildcard_match(c.pattern, c.text), c.match) << to_utf8(c.pattern) + " ~ " + to_utf8(c.text);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(to_utf8(c.pattern) + " ~ " + to_utf8(c.text));
+        EXPECT_EQ(wildcard_match(c.pattern, c.text), c.match);
+    }
     // Views of longer strings: nothing past the pattern's end counts.
     EXPECT_FALSE(wildcard_match(std::wstring_view(L"a*", 1), L"ab"));
     EXPECT_TRUE(wildcard_match(std::wstring_view(L"a*", 1), L"a"));

@@ -42,8 +42,10 @@ outcome run(uint32_t icon, std::initializer_list<uint32_t> steps) {
                                ? (menu_open ? on_single_click_timer(s, true) : on_single_click_timer(s))
                                : (menu_open ? on_icon_message(s, icon, message, cursor, true)
                                             : on_icon_message(s, icon, message, cursor));
-        o.timers_started += d.start_single_click_timer, o.timers_killed += d.kill_single_click_timer;
-        o.settings_opened += d.open_settings, o.mutes_toggled += d.toggle_microphone;
+        o.timers_started += d.start_single_click_timer;
+        o.timers_killed += d.kill_single_click_timer;
+        o.settings_opened += d.open_settings;
+        o.mutes_toggled += d.toggle_microphone;
         if (d.show_menu) o.menus.push_back(*d.show_menu);
     }
     o.still_pending = s.single_click_pending;
@@ -55,33 +57,50 @@ outcome run(uint32_t icon, std::initializer_list<uint32_t> steps) {
 TEST(tray_clicks, clicks_open_settings_the_menu_or_the_microphone_and_never_a_menu_over_a_menu) {
     using namespace mouse;
     constexpr uint32_t main = TRAY_ICON_MAIN, mic = TRAY_ICON_MICROPHONE;
-    const struct { const char* name; uint32_t icon; std::initializer_list<uint32_t> steps; outcome expected; } cases[] = {
+    const struct {
+        const char* name;
+        uint32_t icon;
+        std::initializer_list<uint32_t> steps;
+        outcome expected;
+    } cases[] = {
         {"double click: settings once, its up swallowed, a later up counts where it happens", main,
-         {left_button_down, left_button_up, left_button_double_click, left_button_up, timer_fires, left_button_up, timer_fires},
+         {left_button_down, left_button_up, left_button_double_click, left_button_up, timer_fires, left_button_up,
+          timer_fires},
          {2, 3, 1, 0, {{{5, 0}, true}}, false}},
         {"single click: the menu where the button went down once the timer runs out", main,
          {left_button_down, left_button_up, timer_fires}, {1, 1, 0, 0, {{{0, 0}, true}}, false}},
-        {"two slow clicks: two menus", main, {left_button_down, left_button_up, timer_fires, left_button_down, left_button_up, timer_fires},
+        {"two slow clicks: two menus", main,
+         {left_button_down, left_button_up, timer_fires, left_button_down, left_button_up, timer_fires},
          {2, 2, 0, 0, {{{0, 0}, true}, {{3, 0}, true}}, false}},
         {"a position unknown at the down is taken at the up", main,
          {left_button_down | no_cursor, left_button_up, timer_fires}, {1, 1, 0, 0, {{{1, 0}, true}}, false}},
         {"a right click opens where its button went down, a context menu alone where the pointer is", main,
-         {0x0200, context_menu, right_button_down, right_button_up, context_menu}, {0, 3, 0, 0, {{{1, 0}, false}, {{2, 0}, false}, {{4, 0}, false}}, false}},
+         {0x0200, context_menu, right_button_down, right_button_up, context_menu},
+         {0, 3, 0, 0, {{{1, 0}, false}, {{2, 0}, false}, {{4, 0}, false}}, false}},
         {"left then right within the double-click time: one menu, none when the timer fires inside it", main,
-         {left_button_down, left_button_up, right_button_down, right_button_up, timer_fires | in_menu}, {1, 2, 0, 0, {{{2, 0}, false}}, false}},
-        {"the timer runs out while a menu is open", main, {left_button_down, left_button_up, timer_fires | in_menu}, {1, 1, 0, 0, {}, false}},
+         {left_button_down, left_button_up, right_button_down, right_button_up, timer_fires | in_menu},
+         {1, 2, 0, 0, {{{2, 0}, false}}, false}},
+        {"the timer runs out while a menu is open", main, {left_button_down, left_button_up, timer_fires | in_menu},
+         {1, 1, 0, 0, {}, false}},
         {"clicks inside an open menu start nothing and leave no point behind", main,
-         {left_button_down | in_menu, left_button_up | in_menu, right_button_up | in_menu, context_menu}, {0, 3, 0, 0, {{{3, 0}, false}}, false}},
+         {left_button_down | in_menu, left_button_up | in_menu, right_button_up | in_menu, context_menu},
+         {0, 3, 0, 0, {{{3, 0}, false}}, false}},
         {"microphone: a toggle per left up, the menu on a right click", mic,
-         {left_button_down, left_button_up, left_button_double_click, left_button_up, right_button_down, right_button_up, context_menu | in_menu},
+         {left_button_down, left_button_up, left_button_double_click, left_button_up, right_button_down,
+          right_button_up, context_menu | in_menu},
          {0, 2, 0, 2, {{{4, 0}, false}}, false}},
         {"an unknown icon does nothing", 999, {left_button_down, left_button_up, right_button_up}, {}},
     };
-    for (const auto& c : cases) EXPECT_EQ(run(c.icon, c.steps), c.expected) << c.name;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(run(c.icon, c.steps), c.expected);
+    }
 }
 
 TEST(tray_clicks, only_button_and_context_menu_messages_read_the_pointer) {
     using namespace mouse;
-    for (const uint32_t m : {left_button_down, left_button_up, right_button_down, right_button_up, context_menu}) EXPECT_TRUE(uses_cursor(m)) << m;
+    for (const uint32_t m : {left_button_down, left_button_up, right_button_down, right_button_up, context_menu}) {
+        EXPECT_TRUE(uses_cursor(m)) << m;
+    }
     for (const uint32_t m : {0x0200u, left_button_double_click}) EXPECT_FALSE(uses_cursor(m)) << m;
 }

@@ -22,9 +22,10 @@ struct fake_screen {
     toast_platform platform() {
         toast_platform p;
         p.show = [this](const toast_entry& entry, std::function<bool()> should_continue) {
-            std::unique_lock lock(mutex);
-            shown.push_back(entry.title + L"/" + entry.text);
-            lock.unlock();
+            {
+                std::lock_guard lock(mutex);
+                shown.push_back(entry.title + L"/" + entry.text);
+            }
             while (should_continue() && released == 0) std::this_thread::sleep_for(1ms);
             if (released > 0) --released;
             else ended_by_stop = true;
@@ -38,7 +39,8 @@ struct fake_screen {
     }
     std::vector<std::wstring> wait_shown(size_t n) {
         for (int i = 0; i < 10000; ++i, std::this_thread::sleep_for(1ms)) {
-            if (std::lock_guard lock(mutex); shown.size() >= n) return shown;
+            std::lock_guard lock(mutex);
+            if (shown.size() >= n) break;
         }
         std::lock_guard lock(mutex);
         return shown;
@@ -99,7 +101,10 @@ TEST(toast_dispatcher, copy_data_is_refused_unless_it_is_a_toast_request) {
         {"null data", {id, nullptr, bytes(good)}, false},
         {"six fields", {id, six_fields.c_str(), bytes(six_fields)}, false},
     };
-    for (const auto& c : cases) EXPECT_EQ(dispatcher.on_copy_data(&c.view), c.taken) << c.name;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(dispatcher.on_copy_data(&c.view), c.taken);
+    }
     EXPECT_FALSE(dispatcher.on_copy_data(nullptr));
 }
 
@@ -118,8 +123,11 @@ TEST(toast_dispatcher, click_handlers_start_what_the_action_names) {
         SCOPED_TRACE(testing::Message() << "action " << static_cast<int>(c.action));
         const auto handler = dispatcher.make_click_handler(c.action, c.arg);
         ASSERT_EQ(static_cast<bool>(handler), c.has_handler);
-        if (handler) { EXPECT_NO_THROW(handler()) << "a failing launch is logged, never thrown"; }
+        if (handler) {
+            EXPECT_NO_THROW(handler()) << "a failing launch is logged, never thrown";
+        }
     }
     EXPECT_EQ(screen.tabs, std::vector<std::string>{"context-menu-replacement"});
-    EXPECT_EQ(screen.indexed, (decltype(screen.indexed){{{L"C:\\Pictures\\"}, L"Photos"}}));
+    ASSERT_EQ(screen.indexed.size(), 1u);
+    EXPECT_EQ(screen.indexed[0], (std::pair<std::vector<std::wstring>, std::wstring>{{L"C:\\Pictures\\"}, L"Photos"}));
 }

@@ -20,7 +20,10 @@ TEST(version_check, public_texts_against_the_running_build) {
         {"v", up_to_date}, {"", up_to_date}, {"\t \r\n", up_to_date}, {"+2", up_to_date}, {"-2", up_to_date},
         {"2 .0", up_to_date}, {"vv2", up_to_date}, {".", up_to_date}, {"\xEF\xBB\xBF", up_to_date},
     };
-    for (const auto& c : cases) EXPECT_EQ(compare_versions(clean_version_body(c.body), running), c.status) << c.body;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.body);
+        EXPECT_EQ(compare_versions(clean_version_body(c.body), running), c.status);
+    }
 }
 
 TEST(version_check, parsed_numbers_are_padded_and_a_failure_leaves_zeros) {
@@ -29,20 +32,25 @@ TEST(version_check, parsed_numbers_are_padded_and_a_failure_leaves_zeros) {
         {"1.2.3.4.", true, {1, 2, 3, 4}}, {"1.2.3.x", false, {}}, {"3.4.5.6.7", false, {}},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
         version_numbers out{9, 9, 9, 9};
-        const bool ok = parse_version(c.text, out);
-        EXPECT_EQ(std::pair(ok, out), std::pair(c.ok, c.numbers)) << c.text;
+        EXPECT_EQ(parse_version(c.text, out), c.ok);
+        EXPECT_EQ(out, c.numbers);
     }
 }
 
 TEST(version_check, a_body_loses_its_mark_and_surrounding_blanks_only) {
     const struct { std::string body, cleaned; } cases[] = {
         {"\xEF\xBB\xBF v1.2 \t\r\n", "v1.2"}, {"\n1 .2\r", "1 .2"}, {"\xEF\xBB", "\xEF\xBB"}, {" \xEF\xBB\xBF" "1", "\xEF\xBB\xBF" "1"},
-        {"\r\n\t ", ""}, {"x", "x"}};
-    for (const auto& c : cases) EXPECT_EQ(clean_version_body(c.body), c.cleaned) << c.body;
+        {"\r\n\t ", ""}, {"x", "x"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.body);
+        EXPECT_EQ(clean_version_body(c.body), c.cleaned);
+    }
 }
 
 TEST(version_check, addresses_on_the_web_host) {
-    EXPECT_EQ(std::pair(version_text_url(), download_base_url()), std::pair(to_wide(VELDRAKE_WEB_HOST "/products/veldrake/download_public_version.txt"),
-                                                                          to_wide(VELDRAKE_WEB_HOST "/products/veldrake/Downloads/Public")));
+    EXPECT_EQ(version_text_url(), to_wide(VELDRAKE_WEB_HOST "/products/veldrake/download_public_version.txt"));
+    EXPECT_EQ(download_base_url(), to_wide(VELDRAKE_WEB_HOST "/products/veldrake/Downloads/Public"));
 }

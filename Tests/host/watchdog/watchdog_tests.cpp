@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -35,8 +34,10 @@ struct scripted_platform final : watchdog_port {
         return std::exchange(answered, false);
     }
     bool post_ping() override {
-        ++posts, answered = false;
-        if (std::ranges::any_of(failed_posts, [&](const span& f) { return f.holds(clock); })) return false;
+        ++posts;
+        answered = false;
+        for (const span& f : failed_posts)
+            if (f.holds(clock)) return false;
         return in_flight = true, posted_at = clock, true;
     }
     void log(const tick_line& line) override {
@@ -52,8 +53,13 @@ std::string back(int ms) { return fmt::format("WARNING [watchdog] UI thread resp
 
 // Ticks fall on whole seconds; a stall begins just after an answered ping.
 TEST(watchdog, reports_a_hang_once_dumps_at_most_every_ten_minutes_and_reports_the_recovery) {
-    const struct { const char* name; std::vector<span> stalls, failed_posts; uint64_t stop_at, dump_ms; std::vector<std::string> events;
-                   int posts; } cases[] = {
+    const struct {
+        const char* name;
+        std::vector<span> stalls, failed_posts;
+        uint64_t stop_at, dump_ms;
+        std::vector<std::string> events;
+        int posts;
+    } cases[] = {
         {"9 s stall", {{1500, 10500}}, {}, 30000, 0, {}, 22},
         {"12 s stall", {{1500, 13500}}, {}, 20000, 0, {hang(10000), "dump", back(12000)}, 9},
         // As under Wine: the recovery is seen at the first tick after a 7 s dump.
@@ -68,9 +74,11 @@ TEST(watchdog, reports_a_hang_once_dumps_at_most_every_ten_minutes_and_reports_t
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         scripted_platform platform;
-        platform.stalls = c.stalls, platform.failed_posts = c.failed_posts, platform.stop_at = c.stop_at, platform.dump_ms = c.dump_ms;
+        platform.stalls = c.stalls, platform.failed_posts = c.failed_posts;
+        platform.stop_at = c.stop_at, platform.dump_ms = c.dump_ms;
         run_watchdog(platform);
-        EXPECT_EQ(std::pair(platform.events, platform.posts), std::pair(c.events, c.posts));
+        EXPECT_EQ(platform.events, c.events);
+        EXPECT_EQ(platform.posts, c.posts);
     }
 }
 
@@ -80,22 +88,31 @@ TEST(watchdog, prunes_all_but_the_two_newest_hang_dumps_and_nothing_else) {
         return folder_entry{std::filesystem::path("L") / name,
                             seconds ? std::optional<time>(time(std::chrono::seconds(*seconds))) : std::nullopt};
     };
-    const struct { const char* name; std::vector<folder_entry> entries; std::vector<std::filesystem::path> deleted; } cases[] = {
+    const struct {
+        const char* name;
+        std::vector<folder_entry> entries;
+        std::vector<std::filesystem::path> deleted;
+    } cases[] = {
         {"two stay", {dump("Tray hang a.dmp", 1), dump("Tray hang b.dmp", 2)}, {}},
         {"four: the two oldest go, oldest first",
-         {dump("Tray hang a.dmp", 40), dump("Tray hang b.dmp", 10), dump("Tray hang c.dmp", 30), dump("Tray hang d.dmp", 20)},
+         {dump("Tray hang a.dmp", 40), dump("Tray hang b.dmp", 10), dump("Tray hang c.dmp", 30),
+          dump("Tray hang d.dmp", 20)},
          {"L/Tray hang b.dmp", "L/Tray hang d.dmp"}},
         {"names match exactly",
          {dump("tray hang a.dmp", 1), dump("Tray hang b.DMP", 1), dump("Tray hangc.dmp", 1),
           dump("Tray hang d.dmp.txt", 1), dump("System Tray 2026-11-13.log", 1), dump("Tray hang e.dmp", 5),
           dump("Tray hang f.dmp", 6), dump("Tray hang g.dmp", 7)},
          {"L/Tray hang e.dmp"}},
-        {"equal times go by path", {dump("Tray hang c.dmp", 3), dump("Tray hang a.dmp", 3), dump("Tray hang b.dmp", 3)}, {"L/Tray hang a.dmp"}},
+        {"equal times go by path", {dump("Tray hang c.dmp", 3), dump("Tray hang a.dmp", 3), dump("Tray hang b.dmp", 3)},
+         {"L/Tray hang a.dmp"}},
         {"unreadable times first, by path",
          {dump("Tray hang a.dmp", 1), dump("Tray hang z.dmp", {}), dump("Tray hang y.dmp", {}), dump("Tray hang b.dmp", 2)},
          {"L/Tray hang y.dmp", "L/Tray hang z.dmp"}},
     };
-    for (const auto& c : cases) EXPECT_EQ(hang_dumps_to_delete(c.entries), c.deleted) << c.name;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(hang_dumps_to_delete(c.entries), c.deleted);
+    }
 }
 
 TEST(watchdog, names_a_dump_by_its_local_second) {
