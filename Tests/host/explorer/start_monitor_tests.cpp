@@ -64,11 +64,12 @@ TEST(start_location, new_window_goes_to_the_chosen_node_only_from_a_default_page
         int32_t browse_to(const wchar_t* name) override { return browsed = name, result; }
     };
     using enum window_location;
-    const struct { std::optional<bool> busy; window_location where; uint32_t flag; const wchar_t* wish; int32_t result;
+    const struct { std::optional<bool> busy; window_location where; std::optional<uint32_t> flag; const wchar_t* wish; int32_t result;
                    bool done; std::wstring browsed, line; } cases[] = {
         {std::nullopt, default_page, 1, L"", 0, false, L"", L""}, {true, default_page, 1, L"", 0, false, L"", L""},
         {false, not_ready, 1, L"", 0, false, L"", L""}, {false, desktop_root, 1, L"", 0, false, L"", L""},
         {false, elsewhere, 1, L"", 0, true, L"", L""}, {false, default_page, 0, L"", 0, true, L"", L""},
+        {false, default_page, std::nullopt, L"quick-pins", 0, true, L"", L""},  // no flag: off
         {false, default_page, 1, L"quick-pins", 0, true, QUICK_PINS_LOCATION, L"Opened Quick pins in a new Explorer window"},
         {false, default_page, 2, L"anything", 1, true, SEARCH_FILTERS_LOCATION, L"Opened Search filters in a new Explorer window"},
         {false, default_page, 1, L"quick-pins", -2147467259, true, QUICK_PINS_LOCATION, L"Could not open Quick pins: 0x80004005"},
@@ -76,7 +77,7 @@ TEST(start_location, new_window_goes_to_the_chosen_node_only_from_a_default_page
     for (const auto& c : cases) {
         SCOPED_TRACE(to_utf8(c.line) + " " + std::to_string(static_cast<int>(c.where)));
         fake_registry r;
-        plant_flag(r, c.flag);
+        if (c.flag) plant_flag(r, *c.flag);
         plant_text(r, SUITE_KEY, START_LOCATION_VALUE, c.wish);
         browser b;
         b.busy_answer = c.busy, b.where = c.where, b.result = c.result;

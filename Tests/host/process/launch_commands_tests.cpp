@@ -19,6 +19,11 @@ TEST(launch_commands, the_interpreter_line_carries_the_switch_the_quoted_path_an
     }
 }
 
+TEST(launch_commands, the_interpreter_is_the_system_folders_or_found_on_the_path) {
+    EXPECT_EQ(interpreter_path(L"C:\\Windows\\system32"), L"C:\\Windows\\system32\\cmd.exe");
+    EXPECT_EQ(interpreter_path(std::nullopt), L"cmd.exe");
+}
+
 // The flags that the Win32 tier proves on a real child: a console without a window only for show
 // command 0 with no_window, and the show command passed on unless it is the default 1.
 TEST(launch_commands, the_direct_start_sets_the_show_window_and_the_console_flags) {

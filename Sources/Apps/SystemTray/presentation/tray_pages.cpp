@@ -4,18 +4,13 @@
 
 namespace tray_pages {
 
-namespace {
-
-std::wstring on_web_host(const char* path) {
-    std::string host = VELDRAKE_WEB_HOST;
+std::wstring page_on(std::string host, const char* path) {
     while (!host.empty() && host.back() == '/') host.pop_back();
     return to_wide(host + path);
 }
 
-}  // namespace
+std::wstring feedback_page() { return page_on(VELDRAKE_WEB_HOST, "/products/veldrake/feedback?ref=client_system_tray"); }
 
-std::wstring feedback_page() { return on_web_host("/products/veldrake/feedback?ref=client_system_tray"); }
-
-std::wstring support_page() { return on_web_host("/products/veldrake/support"); }
+std::wstring support_page() { return page_on(VELDRAKE_WEB_HOST, "/products/veldrake/support"); }
 
 }  // namespace tray_pages
