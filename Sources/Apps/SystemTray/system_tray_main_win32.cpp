@@ -6,6 +6,7 @@
 #include "logging/log_file_win32.h"
 #include "logging/log.h"
 #include "platform/com_ptr_win32.h"
+#include "platform/thread_stack_win32.h"
 #include "platform/unique_resource_win32.h"
 #include "tray_messages.h"
 #include "tray_timings.h"
@@ -46,6 +47,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
 
     explorer_start_monitor monitor;
     monitor.start();
+    release_unused_stack_pages();
 
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -3,6 +3,7 @@
 #include <objbase.h>
 #include <process.h>
 
+#include "platform/thread_stack_win32.h"
 #include "process/background_task.h"
 
 #include <cerrno>
@@ -12,6 +13,8 @@ namespace {
 
 unsigned __stdcall background_thread(void* parameter) {
     std::unique_ptr<background_task> task(static_cast<background_task*>(parameter));
+    // Wine keeps the stack of the last thread to end until another ends, so even a short task's counts.
+    release_unused_stack_pages();
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     run_task_logged(*task);
     // Deliberately unconditional: a fresh thread's initialisation does not fail.

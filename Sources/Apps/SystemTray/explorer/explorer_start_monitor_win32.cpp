@@ -12,6 +12,7 @@
 #include "explorer/start_location.h"
 #include "logging/log.h"
 #include "platform/com_ptr_win32.h"
+#include "platform/thread_stack_win32.h"
 #include "settings/high_level_settings.h"
 #include "tray_timings.h"
 
@@ -76,6 +77,7 @@ void explorer_start_monitor::run() noexcept {
         current_monitor = this;
         explorer::platform_registry registry;
         explorer::adopt_starting_location_flag(registry, log_line);
+        release_unused_stack_pages();
         const HWINEVENTHOOK hook = SetWinEventHook(EVENT_OBJECT_CREATE, EVENT_OBJECT_DESTROY, nullptr,
                                                    on_explorer_window_event, 0, 0,
                                                    WINEVENT_OUTOFCONTEXT | WINEVENT_SKIPOWNPROCESS);

@@ -2,6 +2,7 @@
 
 #include "logging/log.h"
 #include "platform/clock_win32.h"
+#include "platform/thread_stack_win32.h"
 #include "tray_messages.h"
 #include "watchdog/hang_dump_writer_win32.h"
 #include "watchdog/watchdog_loop.h"
@@ -64,6 +65,7 @@ DWORD WINAPI ui_watchdog::thread_entry(void* self) noexcept {
 void ui_watchdog::run_watchdog() noexcept {
     try {
         watchdog_platform port(stop_event.get(), window, answered, dump_folder);
+        release_unused_stack_pages();
         watchdog::run_watchdog(port);
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "[watchdog] {}", e.what());
