@@ -34,11 +34,6 @@ inline argb_pixels read_bitmap(HBITMAP bitmap) {
     return p;
 }
 
-// Where the test tiers keep their pictures: build/<preset>/artifacts/tray_presentation.
-inline std::filesystem::path artifacts_folder() {
-    return test_support::this_program().parent_path().parent_path() / L"artifacts" / L"tray_presentation";
-}
-
 // The colour bitmap of an icon; nothing for no icon.
 inline argb_pixels read_icon(const unique_hicon& icon) {
     ICONINFO info{};
@@ -69,16 +64,17 @@ struct canvas {
                 if (GetPixel(dc, x, y) == colour) return true;
         return false;
     }
-    // Kept as a PNG among the artifacts.
+    // Kept as a PNG beside the end-to-end tier's pictures.
     void keep(const std::wstring& name) {
         namespace gp = Gdiplus::DllExports;
-        std::filesystem::create_directories(artifacts_folder());
+        const auto folder = test_support::this_program().parent_path().parent_path() / L"artifacts\\tray_presentation";
+        std::filesystem::create_directories(folder);
         // GDI+ reads a bitmap that no DC holds.
         SelectObject(dc, old);
         const CLSID png{0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
         Gdiplus::GpBitmap* image = nullptr;
         gp::GdipCreateBitmapFromHBITMAP(static_cast<HBITMAP>(bitmap.get()), nullptr, &image);
-        gp::GdipSaveImageToFile(image, (artifacts_folder() / (name + L".png")).c_str(), &png, nullptr);
+        gp::GdipSaveImageToFile(image, (folder / (name + L".png")).c_str(), &png, nullptr);
         gp::GdipDisposeImage(image);
         SelectObject(dc, bitmap.get());
     }
