@@ -1,7 +1,6 @@
 #include "dialogs/theme_helpers_win32.h"
 #include "dialogs/windows11_button_win32.h"
 #include "platform/com_object_win32.h"
-#include "platform/gdiplus_session_win32.h"
 #include "platform/scope_exit.h"
 #include "presentation/tray_badge.h"
 #include "presentation/tray_icon_win32.h"
@@ -31,7 +30,6 @@ struct first_poll : com_object<IQueryContinue> {
 // Wine never reports a contrast theme but sets system colours: with contrast as a value, the menu, the
 // notification window and a dialog button draw in the user's colours, and the menu items keep their labels.
 TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_colours) {
-    const gdiplus_session gdiplus;
     const int elements[] = {COLOR_WINDOW, COLOR_WINDOWTEXT, COLOR_MENU, COLOR_MENUTEXT, COLOR_HIGHLIGHT,
                             COLOR_HIGHLIGHTTEXT, COLOR_GRAYTEXT, COLOR_BTNFACE, COLOR_BTNTEXT, COLOR_WINDOWFRAME};
     COLORREF saved[std::size(elements)];
