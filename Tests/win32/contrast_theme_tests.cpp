@@ -1,57 +1,20 @@
-#include "common/wine_process_win32.h"
 #include "dialogs/theme_helpers_win32.h"
 #include "dialogs/windows11_button_win32.h"
 #include "platform/com_object_win32.h"
-#include "platform/gdiplus_session_win32.h"
 #include "platform/scope_exit.h"
 #include "presentation/tray_badge.h"
 #include "presentation/tray_icon_win32.h"
 #include "presentation/tray_menu_win32.h"
 #include "toasts/notification_window_win32.h"
+#include "common/pixels_win32.h"
 
-#include <gdiplus.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 
-namespace {
+using test_pixels::canvas;
 
-// What the code under test painted, through a memory DC.
-struct canvas {
-    canvas(int width, int height) : dc(CreateCompatibleDC(nullptr)) {
-        const HDC screen = GetDC(nullptr);
-        bitmap.reset(CreateCompatibleBitmap(screen, width, height));
-        ReleaseDC(nullptr, screen);
-        old = SelectObject(dc, bitmap.get());
-    }
-    ~canvas() {
-        SelectObject(dc, old);
-        DeleteDC(dc);
-    }
-    // Whether any pixel of `r` is exactly `colour`.
-    bool shows(const RECT& r, COLORREF colour) const {
-        for (int y = r.top; y < r.bottom; ++y)
-            for (int x = r.left; x < r.right; ++x)
-                if (GetPixel(dc, x, y) == colour) return true;
-        return false;
-    }
-    // Kept as a PNG beside the end-to-end tier's pictures.
-    void keep(const std::wstring& name) {
-        namespace gp = Gdiplus::DllExports;
-        const auto folder = test_support::this_program().parent_path().parent_path() / L"artifacts" / L"tray_presentation";
-        std::filesystem::create_directories(folder);
-        SelectObject(dc, old);
-        const CLSID png{0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
-        Gdiplus::GpBitmap* image = nullptr;
-        gp::GdipCreateBitmapFromHBITMAP(static_cast<HBITMAP>(bitmap.get()), nullptr, &image);
-        gp::GdipSaveImageToFile(image, (folder / (name + L".png")).c_str(), &png, nullptr);
-        gp::GdipDisposeImage(image);
-        SelectObject(dc, bitmap.get());
-    }
-    HDC dc;
-    unique_hgdiobj bitmap;
-    HGDIOBJ old = nullptr;
-};
+namespace {
 
 // Stops the notification at its first poll, after handing its window to `look`.
 struct first_poll : com_object<IQueryContinue> {
@@ -67,7 +30,6 @@ struct first_poll : com_object<IQueryContinue> {
 // Wine never reports a contrast theme but sets system colours: with contrast as a value, the menu, the
 // notification window and a dialog button draw in the user's colours, and the menu items keep their labels.
 TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_colours) {
-    const gdiplus_session gdiplus;
     const int elements[] = {COLOR_WINDOW, COLOR_WINDOWTEXT, COLOR_MENU, COLOR_MENUTEXT, COLOR_HIGHLIGHT,
                             COLOR_HIGHLIGHTTEXT, COLOR_GRAYTEXT, COLOR_BTNFACE, COLOR_BTNTEXT, COLOR_WINDOWFRAME};
     COLORREF saved[std::size(elements)];
@@ -136,9 +98,9 @@ TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_c
             RECT client{};
             GetClientRect(toast, &client);
             canvas picture(client.right, client.bottom);
-            SendMessageW(toast, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.dc), PRF_CLIENT);
-            EXPECT_EQ(GetPixel(picture.dc, 0, 0), frame);
-            EXPECT_EQ(GetPixel(picture.dc, 1, client.bottom / 2), window) << "no accent bar";
+            picture.print(toast);
+            EXPECT_EQ(picture.at(0, 0), frame);
+            EXPECT_EQ(picture.at(1, client.bottom / 2), window) << "no accent bar";
             EXPECT_TRUE(picture.shows({60, 10, client.right - 10, client.bottom - 10}, window_text));
             if (black) picture.keep(L"toast-contrast");
             looked = true;
@@ -156,8 +118,8 @@ TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_c
         for (const bool hot : {false, true}) {
             button.hover = hot;
             canvas picture(120, 30);
-            SendMessageW(button.window(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.dc), PRF_CLIENT);
-            EXPECT_EQ(GetPixel(picture.dc, 6, 15), hot ? highlight : face) << hot;
+            picture.print(button.window());
+            EXPECT_EQ(picture.at(6, 15), hot ? highlight : face) << hot;
             EXPECT_TRUE(picture.shows({20, 5, 100, 25}, hot ? highlight_text : button_text)) << hot;
         }
     }

@@ -99,11 +99,10 @@ TEST(message_dialog, buttons_read_ok_no_cancel_from_the_left_and_ok_or_cancel_re
                 GetWindowRect(GetDlgItem(window, id), &r);
                 return r;
             };
+            // The places come from the layout, tested natively; here each control has its own.
             EXPECT_LT(at(ID_MESSAGE_COPY).right, at(ID_MESSAGE_OK).left);
             EXPECT_LT(at(ID_MESSAGE_OK).right, at(ID_MESSAGE_NO).left);
             EXPECT_LT(at(ID_MESSAGE_NO).right, at(ID_MESSAGE_CANCEL).left);
-            EXPECT_EQ(at(ID_MESSAGE_OK).top, at(ID_MESSAGE_CANCEL).top);
-            EXPECT_LT(at(ID_MESSAGE_CHECK).left, at(ID_MESSAGE_CHECK).right);
             EXPECT_LT(at(ID_MESSAGE_CHECK).bottom, at(ID_MESSAGE_OK).top);
             if (!c.by_keys) return (void)SendDlgItemMessageW(window, ID_MESSAGE_CHECK, BM_SETCHECK, BST_CHECKED, 0);
             const HWND check = GetDlgItem(window, ID_MESSAGE_CHECK);

@@ -1,6 +1,7 @@
 #include "common/test_registry_win32.h"
 #include "dialogs/windows11_button_win32.h"
 #include "platform/scope_exit.h"
+#include "common/pixels_win32.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +12,9 @@ namespace {
 // The pixel 6 pixels in from the left, at half height, of a 120 x 30 button: the fill, clear of
 // border and text.
 uint32_t fill_of(HWND button) {
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
-    const unique_hgdiobj bitmap(CreateCompatibleBitmap(screen, 120, 30));
-    const HGDIOBJ old = SelectObject(memory, bitmap.get());
-    SendMessageW(button, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory), PRF_CLIENT);
-    const COLORREF c = GetPixel(memory, 6, 15);
-    SelectObject(memory, old);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    return c;
+    const test_pixels::canvas picture(120, 30);
+    picture.print(button);
+    return picture.at(6, 15);
 }
 
 }  // namespace

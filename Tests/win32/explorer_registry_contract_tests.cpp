@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include "common/test_registry_win32.h"
 #include "explorer/registry_port_win32.h"
 #include "host/explorer/registry_contract_cases.h"
 
@@ -27,9 +28,8 @@ public:
     }
     explorer::registry_port& port() override { return *port_; }
     void plant(explorer::hive root, const std::wstring& key, const std::wstring& name, const explorer::raw_value& value) override {
-        const LSTATUS status = RegSetKeyValueW(roots_[static_cast<size_t>(root)], key.c_str(), name.c_str(), value.type,
-                                               value.bytes.data(), static_cast<DWORD>(value.bytes.size()));
-        if (status != ERROR_SUCCESS) throw std::runtime_error("RegSetKeyValueW failed: " + std::to_string(status));
+        test_registry::set_value(roots_[static_cast<size_t>(root)], key, name.c_str(), value.type, value.bytes.data(),
+                                 value.bytes.size());
     }
 
 private:
