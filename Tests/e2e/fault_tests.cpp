@@ -1,6 +1,5 @@
 #include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
-#include "platform/paths_win32.h"
 #include "toasts/notification_window_win32.h"
 #include "toasts/tray_toast_ipc.h"
 #include "tray_messages.h"
@@ -17,10 +16,6 @@ using namespace e2e;
 
 namespace {
 
-std::filesystem::path settings_file() {
-    return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"Settings" / L"High Level Settings.json";
-}
-
 std::string contents(const std::filesystem::path& file) {
     std::ostringstream text;
     text << std::ifstream(file, std::ios::binary).rdbuf();
@@ -31,15 +26,6 @@ std::string contents(const std::filesystem::path& file) {
 void run_timer(HWND tray, UINT_PTR id) {
     DWORD_PTR ignored = 0;
     SendMessageTimeoutW(tray, WM_TIMER, id, 0, SMTO_ABORTIFHUNG, 5000, &ignored);
-}
-
-// Whether the taskbar holds the tray's icon: a change of nothing succeeds only for an icon it has.
-bool icon_shown(HWND tray) {
-    NOTIFYICONDATAW icon{};
-    icon.cbSize = sizeof(icon);
-    icon.hWnd = tray;
-    icon.uID = TRAY_ICON_MAIN;
-    return Shell_NotifyIconW(NIM_MODIFY, &icon);
 }
 
 // The processes that `parent` started and that still run under the name `exe`.
@@ -85,13 +71,8 @@ TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
          [&] {
              for (int i = 0; i < 20; ++i) {
                  SCOPED_TRACE(i);
-                 NOTIFYICONDATAW gone{};
-                 gone.cbSize = sizeof(gone);
-                 gone.hWnd = window;
-                 gone.uID = TRAY_ICON_MAIN;
-                 ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &gone)) << "the old taskbar takes its icons along";
-                 SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
-                 ASSERT_TRUE(poll_until([&] { return icon_shown(window); })) << "the icon is back";
+                 ASSERT_TRUE(restart_explorer(window, TRAY_ICON_MAIN)) << "the old taskbar takes its icons along";
+                 ASSERT_TRUE(poll_until([&] { return icon_shown(window, TRAY_ICON_MAIN); })) << "the icon is back";
              }
          }},
         {"the settings file deleted",
