@@ -72,6 +72,7 @@ TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_pr
         DWORD_PTR answer = 0;
         EXPECT_TRUE(SendMessageTimeoutW(tray.window(), WM_POWERBROADCAST, 7, 0, SMTO_ABORTIFHUNG, 5000, &answer));
         EXPECT_EQ(answer, TRUE) << "resume from sleep is answered";
+        EXPECT_TRUE(std::filesystem::is_directory(tray_log_file())) << "the tray never makes way for its log";
         EXPECT_EQ(tray.close(), 0u);
     }
     maintenance.terminate();
