@@ -83,7 +83,10 @@ TEST_F(explorer_integration, a_new_explorer_window_is_followed_until_given_up) {
         "[INFO] [navigation-display] Gave up on a new Explorer window (Search filters not applied, Quick pins not applied)";
     const log_mark log(tray_log_file());
     running_tray tray(true, short_timers_tray_exe());
-    child_process wine_explorer = child_process::start(L"C:\\windows\\explorer.exe", L"C:\\windows");
+    // A folder of this run's own: Wine's Explorer hands a path that it finds among its shell windows to
+    // that window and exits, and an Explorer ended by an earlier run can stay listed there.
+    const std::wstring browsed = L"\"" + fresh_folder(L"browsed").wstring() + L"\"";
+    child_process wine_explorer = child_process::start(L"C:\\windows\\explorer.exe", browsed);
     const scope_exit end_wine_explorer([&] { wine_explorer.terminate(); });
     ASSERT_NE(wait_for_window(wine_explorer.id(), L"ExplorerWClass"), nullptr);
     const auto program = sibling_doubles::install_copy(fresh_folder(L"explorer-double") / L"explorer.exe");
