@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 
 using namespace e2e;
 using namespace std::chrono_literals;
@@ -18,10 +17,6 @@ const std::wstring SUITE_KEY = L"Software\\Kestrane\\Veldrake\\Pathlume";
 const std::wstring LEGACY_KEY = CLASSES + L"CLSID\\{52205fd8-5dfb-447d-801a-d0b52f2e83e1}\\shell\\OpenNewWindow\\command";
 const std::wstring LEGACY_COMMAND = L"explorer.exe \"shell:::{249AE234-08DF-4686-AAF3-5D80A15493BE}\"";
 
-size_t count_of(const log_mark& log, const std::string& line) {
-    const auto lines = log.messages();
-    return static_cast<size_t>(std::count(lines.begin(), lines.end(), line));
-}
 bool has_value(const std::wstring& key, const wchar_t* name, DWORD* dword = nullptr) {
     DWORD size = sizeof(DWORD);
     return RegGetValueW(HKEY_CURRENT_USER, key.c_str(), name, RRF_RT_ANY, nullptr, dword, dword ? &size : nullptr) == ERROR_SUCCESS;
@@ -35,42 +30,36 @@ using explorer_integration = tray_test;
 
 }  // namespace
 
-// Another program took the suite's claimed .txt over with a ProgId of its own before the tray started.
-TEST_F(explorer_integration, a_hijacked_handler_is_put_back_at_start_and_the_original_remembered) {
+// Before the first start another program took the suite's claimed .txt over with a ProgId of its own,
+// and an older build left its override: the start puts the handler back, remembering the original, and
+// carries the override over into the flag, retiring it. A later start finds the flag and leaves even a
+// new override alone.
+TEST_F(explorer_integration, at_start_a_hijacked_handler_is_put_back_and_the_legacy_override_retired_once) {
     const std::wstring hijacker = CLASSES + L"Veldrake.Hijacker";
+    const std::wstring handler = hijacker + L"\\ShellEx\\IconHandler";
+    const std::string adopted = "[INFO] [navigation-start] Adopted the starting location flag: 1 (legacy override retired)";
     const scope_exit clean([&] {
         test_registry::delete_tree(HKEY_CURRENT_USER, CLASSES + L"SystemFileAssociations\\.txt");
         test_registry::delete_tree(HKEY_CURRENT_USER, CLASSES + L".txt");
         test_registry::delete_tree(HKEY_CURRENT_USER, hijacker);
         test_registry::delete_tree(HKEY_CURRENT_USER, CLASSES + L"txtfile\\ShellEx");  // Wine's own ProgId of .txt
-    });
-    test_registry::set_string(HKEY_CURRENT_USER, CLASSES + L"SystemFileAssociations\\.txt\\ShellEx\\IconHandler", nullptr, SUITE_CLASS);
-    test_registry::set_string(HKEY_CURRENT_USER, CLASSES + L".txt", nullptr, L"Veldrake.Hijacker");
-    test_registry::set_string(HKEY_CURRENT_USER, hijacker + L"\\ShellEx\\IconHandler", nullptr, L"{hijacker}");
-    const log_mark log(tray_log_file());
-    running_tray tray;
-    ASSERT_TRUE(poll_until([&] { return count_of(log, "[INFO] Repaired 1 hijacked shell handler registration(s)") == 1; }));
-    EXPECT_EQ(count_of(log, "[INFO] Repaired hijacked icon handler registration for .txt"), 1u);
-    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, hijacker + L"\\ShellEx\\IconHandler", nullptr), SUITE_CLASS);
-    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, hijacker + L"\\ShellEx\\IconHandler", L"tessary_original_icon_handler"),
-              L"{hijacker}");
-}
-
-// The first start carries the older build's override over into the flag and retires it; a later start
-// finds the flag and leaves even a new override alone.
-TEST_F(explorer_integration, the_legacy_override_is_retired_once) {
-    const scope_exit clean([] {
         test_registry::delete_tree(HKEY_CURRENT_USER, SUITE_KEY);
         test_registry::delete_tree(HKEY_CURRENT_USER, CLASSES + L"CLSID\\{52205fd8-5dfb-447d-801a-d0b52f2e83e1}");
     });
+    test_registry::set_string(HKEY_CURRENT_USER, CLASSES + L"SystemFileAssociations\\.txt\\ShellEx\\IconHandler", nullptr, SUITE_CLASS);
+    test_registry::set_string(HKEY_CURRENT_USER, CLASSES + L".txt", nullptr, L"Veldrake.Hijacker");
+    test_registry::set_string(HKEY_CURRENT_USER, handler, nullptr, L"{hijacker}");
     test_registry::delete_tree(HKEY_CURRENT_USER, SUITE_KEY);
     plant_legacy_override();
     {
         const log_mark log(tray_log_file());
         running_tray tray;
-        ASSERT_TRUE(poll_until([&] {
-            return count_of(log, "[INFO] [navigation-start] Adopted the starting location flag: 1 (legacy override retired)") == 1;
-        }));
+        const std::string repaired = "[INFO] Repaired 1 hijacked shell handler registration(s)";
+        ASSERT_TRUE(poll_until([&] { return log.count(repaired) == 1; }));
+        EXPECT_EQ(log.count("[INFO] Repaired hijacked icon handler registration for .txt"), 1u);
+        EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, handler, nullptr), SUITE_CLASS);
+        EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, handler, L"tessary_original_icon_handler"), L"{hijacker}");
+        ASSERT_TRUE(poll_until([&] { return log.count(adopted) == 1; }));
         DWORD flag = 0;
         EXPECT_TRUE(has_value(SUITE_KEY, L"ExplorerStartMonitor", &flag) && flag == 1);
         EXPECT_FALSE(has_value(LEGACY_KEY, nullptr) || has_value(LEGACY_KEY, L"DelegateExecute"));
@@ -79,8 +68,7 @@ TEST_F(explorer_integration, the_legacy_override_is_retired_once) {
     plant_legacy_override();
     const log_mark log(tray_log_file());
     running_tray tray;
-    EXPECT_FALSE(poll_until([&] { return count_of(log, "[INFO] [navigation-start] Adopted the starting location flag: 1 (legacy override retired)") > 0; }, 3s))
-        << "a second start logs nothing";
+    EXPECT_FALSE(poll_until([&] { return log.count(adopted) > 0; }, 3s)) << "a second start logs nothing";
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, LEGACY_KEY, nullptr), LEGACY_COMMAND);
 }
 
@@ -95,7 +83,10 @@ TEST_F(explorer_integration, a_new_explorer_window_is_followed_until_given_up) {
         "[INFO] [navigation-display] Gave up on a new Explorer window (Search filters not applied, Quick pins not applied)";
     const log_mark log(tray_log_file());
     running_tray tray(true, short_timers_tray_exe());
-    child_process wine_explorer = child_process::start(L"C:\\windows\\explorer.exe", L"C:\\windows");
+    // A folder of this run's own: Wine's Explorer hands a path that it finds among its shell windows to
+    // that window and exits, and an Explorer ended by an earlier run can stay listed there.
+    const std::wstring browsed = L"\"" + fresh_folder(L"browsed").wstring() + L"\"";
+    child_process wine_explorer = child_process::start(L"C:\\windows\\explorer.exe", browsed);
     const scope_exit end_wine_explorer([&] { wine_explorer.terminate(); });
     ASSERT_NE(wait_for_window(wine_explorer.id(), L"ExplorerWClass"), nullptr);
     const auto program = sibling_doubles::install_copy(fresh_folder(L"explorer-double") / L"explorer.exe");
@@ -103,8 +94,8 @@ TEST_F(explorer_integration, a_new_explorer_window_is_followed_until_given_up) {
     child_process double_explorer = child_process::start(program);
     const scope_exit end_double([&] { double_explorer.terminate(); });
     ASSERT_TRUE(poll_until([&] { return !windows_of(double_explorer.id(), L"CabinetWClass", nullptr, true).empty(); }));
-    EXPECT_TRUE(poll_until([&] { return count_of(log, gave_up) == 1; }));
+    EXPECT_TRUE(poll_until([&] { return log.count(gave_up) == 1; }));
     // Six seconds more also keep the tray, a ShellWindows client until the give-up, from ending so soon
     // after its last pass that Wine's desktop goes with it.
-    EXPECT_FALSE(poll_until([&] { return count_of(log, gave_up) > 1; }, 6s)) << "Wine's own window is not followed";
+    EXPECT_FALSE(poll_until([&] { return log.count(gave_up) > 1; }, 6s)) << "Wine's own window is not followed";
 }

@@ -1,13 +1,11 @@
 #include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
-#include "platform/paths_win32.h"
+#include "process/process_tools_win32.h"
 #include "toasts/notification_window_win32.h"
 #include "toasts/tray_toast_ipc.h"
 #include "tray_messages.h"
 
 #include <gtest/gtest.h>
-
-#include <tlhelp32.h>
 
 #include <fstream>
 #include <functional>
@@ -16,10 +14,6 @@
 using namespace e2e;
 
 namespace {
-
-std::filesystem::path settings_file() {
-    return local_app_data_folder() / L"Kestrane" / L"Veldrake" / L"Settings" / L"High Level Settings.json";
-}
 
 std::string contents(const std::filesystem::path& file) {
     std::ostringstream text;
@@ -31,27 +25,6 @@ std::string contents(const std::filesystem::path& file) {
 void run_timer(HWND tray, UINT_PTR id) {
     DWORD_PTR ignored = 0;
     SendMessageTimeoutW(tray, WM_TIMER, id, 0, SMTO_ABORTIFHUNG, 5000, &ignored);
-}
-
-// Whether the taskbar holds the tray's icon: a change of nothing succeeds only for an icon it has.
-bool icon_shown(HWND tray) {
-    NOTIFYICONDATAW icon{};
-    icon.cbSize = sizeof(icon);
-    icon.hWnd = tray;
-    icon.uID = TRAY_ICON_MAIN;
-    return Shell_NotifyIconW(NIM_MODIFY, &icon);
-}
-
-// The processes that `parent` started and that still run under the name `exe`.
-std::vector<DWORD> children_of(DWORD parent, const wchar_t* exe) {
-    std::vector<DWORD> found;
-    const unique_handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof(entry);
-    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) {
-        if (entry.th32ParentProcessID == parent && _wcsicmp(entry.szExeFile, exe) == 0) found.push_back(entry.th32ProcessID);
-    }
-    return found;
 }
 
 using faults = tray_test;
@@ -85,13 +58,8 @@ TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
          [&] {
              for (int i = 0; i < 20; ++i) {
                  SCOPED_TRACE(i);
-                 NOTIFYICONDATAW gone{};
-                 gone.cbSize = sizeof(gone);
-                 gone.hWnd = window;
-                 gone.uID = TRAY_ICON_MAIN;
-                 ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &gone)) << "the old taskbar takes its icons along";
-                 SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
-                 ASSERT_TRUE(poll_until([&] { return icon_shown(window); })) << "the icon is back";
+                 ASSERT_TRUE(restart_explorer(window, TRAY_ICON_MAIN)) << "the old taskbar takes its icons along";
+                 ASSERT_TRUE(poll_until([&] { return icon_shown(window, TRAY_ICON_MAIN); })) << "the icon is back";
              }
          }},
         {"the settings file deleted",
@@ -142,7 +110,9 @@ TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
              EXPECT_TRUE(answers(window)) << "the reconcile waits on a thread of its own";
              // Let it go: the retry that follows exits at once.
              sibling_doubles::control(tray_exe().parent_path() / controller, controller_record);
-             for (const DWORD hung : children_of(pid, controller.c_str())) {
+             // Only the tray starts the controller here.
+             const wchar_t* const hanging[] = {controller.c_str()};
+             for (const uint32_t hung : find_processes_by_name(hanging)) {
                  const unique_handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, hung));
                  TerminateProcess(process.get(), 1);
                  WaitForSingleObject(process.get(), 5000);

@@ -2,7 +2,6 @@
 #include "doubles/search_manager/search_manager_double.h"
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
-#include "platform/paths_win32.h"
 #include "platform/scope_exit.h"
 #include "platform/string_conversion.h"
 #include "presentation/tray_badge.h"
@@ -96,13 +95,8 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
     const auto icon = desktop::find_tray_icon();
     ASSERT_TRUE(icon.has_value());
     ASSERT_TRUE(desktop::click(desktop::centre(*icon), 3));
-    const HWND menu = wait_for_window(tray->process().id(), L"#32768");
-    // The third of six items of one height above the separator's 9 pixels: the indexing status.
-    RECT item{};
-    GetClientRect(menu, &item);
-    const LONG height_of_one = (item.bottom - 9) / 6;
-    item.top = 2 * height_of_one, item.bottom = 3 * height_of_one;
-    MapWindowPoints(menu, nullptr, reinterpret_cast<POINT*>(&item), 2);
+    // The third item: the indexing status.
+    const RECT item = desktop::menu_item(wait_for_window(tray->process().id(), L"#32768"), 3);
     EXPECT_TRUE(poll_until([&] { return desktop::find_colour(item, tray_badge::green & 0xFFFFFF, 40).has_value(); }))
         << "the indexing item's green dot";
     desktop::click_empty_desktop();
@@ -157,11 +151,10 @@ TEST_F(index_watch_tray, a_missing_icon_writes_nothing_and_a_disabled_app_hides_
     const auto icon = short_timers_tray_exe().parent_path() / L"Content\\Icons\\tessary_indexing-problem.ico";
     const auto away = std::filesystem::path(icon).concat(L".away");
     std::filesystem::rename(icon, away);
-    const auto settings = local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
     const scope_exit restore([&] {
         std::error_code ignored;
         std::filesystem::rename(away, icon, ignored);
-        std::filesystem::remove(settings, ignored);
+        std::filesystem::remove(settings_file(), ignored);
     });
     const log_mark log(tray_log_file());
     tray.emplace(true, short_timers_tray_exe());
@@ -171,8 +164,8 @@ TEST_F(index_watch_tray, a_missing_icon_writes_nothing_and_a_disabled_app_hides_
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, namespace_class, L"InfoTip"), L"");
 
     std::filesystem::rename(away, icon);
-    std::filesystem::create_directories(settings.parent_path());
-    std::ofstream(settings, std::ios::binary) << R"({"apps":[{"app_id":"tessary","status":"disabled","settings":{}}]})";
+    std::filesystem::create_directories(settings_file().parent_path());
+    std::ofstream(settings_file(), std::ios::binary) << R"({"apps":[{"app_id":"tessary","status":"disabled","settings":{}}]})";
     EXPECT_TRUE(namespace_shows(L"Windows Search indexing status is hidden in Tessary settings.",
                                 L"tessary_indexing-complete.ico"));
     test_registry::delete_value(HKEY_CURRENT_USER, namespace_class, L"InfoTip");

@@ -1,12 +1,10 @@
 #include "e2e/tray_harness_win32.h"
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "microphone/microphone_state.h"
-#include "platform/paths_win32.h"
 #include "tray_messages.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 
 using namespace e2e;
@@ -15,18 +13,6 @@ using namespace e2e;
 // one IAudioEndpointVolume object: each fresh read finds it on, so every toggle mutes and the next state
 // request (which the test asks for as the platform's notification would) finds it on again.
 namespace {
-
-// Whether the tray's microphone icon is in the notification area: a modify that changes nothing
-// succeeds only for an icon that exists.
-NOTIFYICONDATAW& icon_data(HWND tray) {
-    static NOTIFYICONDATAW data;
-    data = {};
-    data.cbSize = sizeof(data);
-    data.hWnd = tray;
-    data.uID = TRAY_ICON_MICROPHONE;
-    return data;
-}
-bool icon_present(HWND tray) { return Shell_NotifyIconW(NIM_MODIFY, &icon_data(tray)); }
 
 class microphone_tray : public tray_test {
 protected:
@@ -50,9 +36,6 @@ protected:
         ASSERT_NE(tray->window(), nullptr);
     }
 
-    static std::filesystem::path settings_file() {
-        return local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
-    }
     static void write_settings(bool when_muted, bool when_on) {
         std::filesystem::create_directories(settings_file().parent_path());
         std::ofstream(settings_file(), std::ios::trunc)
@@ -65,18 +48,11 @@ protected:
     // What the monitor posts when the endpoint reports a change.
     void endpoint_changed() const { PostMessageW(tray->window(), WM_MIC_ENDPOINT_CHANGED, 0, 0); }
     bool icon_becomes(bool present) const {
-        return poll_until([&] { return icon_present(tray->window()) == present; });
+        return poll_until([&] { return icon_shown(tray->window(), TRAY_ICON_MICROPHONE) == present; });
     }
 
     std::optional<running_tray> tray;
 };
-
-bool logged(const log_mark& log, const std::string& line) {
-    return poll_until([&] {
-        const auto lines = log.messages();
-        return std::find(lines.begin(), lines.end(), line) != lines.end();
-    });
-}
 
 // The slot left of the main icon, where the microphone's icon goes.
 RECT microphone_slot() {
@@ -111,7 +87,7 @@ TEST_F(microphone_tray, shows_the_state_in_the_theme_colour_and_a_click_mutes) {
         desktop::keep_picture(L"microphone-on" + theme, microphone_slot());
         const log_mark log(tray_log_file());
         ASSERT_TRUE(desktop::click(desktop::centre(microphone_slot()), 1));
-        EXPECT_TRUE(logged(log, "[INFO] Microphone: set mute state to true"));
+        EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: set mute state to true") > 0; }));
         EXPECT_TRUE(shows(true)) << "the glyph in the muted colour";
         desktop::keep_picture(L"microphone-muted" + theme, microphone_slot());
         MSG osd{};
@@ -146,9 +122,7 @@ TEST_F(microphone_tray, settings_show_it_only_while_muted_or_on_and_a_new_taskba
     EXPECT_TRUE(icon_becomes(true)) << "the monitor starts again and its request brings the icon";
 
     // A staged Explorer restart: the icon is gone, and the result after "TaskbarCreated" adds it again.
-    ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &icon_data(tray->window())));
-    ASSERT_FALSE(icon_present(tray->window()));
-    SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    ASSERT_TRUE(restart_explorer(tray->window(), TRAY_ICON_MICROPHONE));
     EXPECT_TRUE(icon_becomes(true));
 }
 
@@ -158,8 +132,8 @@ TEST_F(microphone_tray, without_a_sound_server_there_is_no_icon_and_the_tray_run
     const log_mark log(tray_log_file());
     start(false);
     toggle();
-    EXPECT_TRUE(logged(log, "[INFO] Microphone: no default microphone to mute/unmute"));
+    EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: no default microphone to mute/unmute") > 0; }));
     endpoint_changed();
     EXPECT_NE(SendMessageTimeoutW(tray->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, nullptr), 0);
-    EXPECT_FALSE(icon_present(tray->window()));
+    EXPECT_FALSE(icon_shown(tray->window(), TRAY_ICON_MICROPHONE));
 }

@@ -20,6 +20,14 @@ const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\
 const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
 const std::wstring dll_overrides = L"Software\\Wine\\DllOverrides";
 
+bool notify_icon(DWORD message, HWND tray, UINT id) {
+    NOTIFYICONDATAW icon{};
+    icon.cbSize = sizeof(icon);
+    icon.hWnd = tray;
+    icon.uID = id;
+    return Shell_NotifyIconW(message, &icon);
+}
+
 }  // namespace
 
 std::filesystem::path tray_exe() { return this_program().parent_path() / L"Veldrake.SystemTray.exe"; }
@@ -33,6 +41,10 @@ std::filesystem::path tray_data_root() { return local_app_data_folder() / L"Kest
 std::filesystem::path tray_log_file() {
     return tray_data_root() / L"System Tray" / L"Logs" /
            log_file_name(L"System Tray", to_local_time(std::chrono::system_clock::now()));
+}
+
+std::filesystem::path settings_file() {
+    return local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
 }
 
 void reset_tray_state() {
@@ -100,6 +112,14 @@ system_program_double::~system_program_double() {
     test_registry::delete_value(HKEY_CURRENT_USER, dll_overrides, program_.filename().c_str());
     std::error_code ignored;
     std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
+}
+
+bool icon_shown(HWND tray, UINT id) { return notify_icon(NIM_MODIFY, tray, id); }
+
+bool restart_explorer(HWND tray, UINT id) {
+    if (!notify_icon(NIM_DELETE, tray, id)) return false;
+    SendNotifyMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    return true;
 }
 
 LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes) {

@@ -24,6 +24,8 @@ std::filesystem::path short_timers_tray_exe();
 std::filesystem::path tray_data_root();
 // Today's log file, named as the tray names it.
 std::filesystem::path tray_log_file();
+// The suite's settings file, which the tray polls.
+std::filesystem::path settings_file();
 
 // Removes the tray's data folder and the gate, so that each test starts from a fresh user.
 void reset_tray_state();
@@ -68,6 +70,12 @@ private:
 public:
     const recorded_runs runs;
 };
+
+// Whether the taskbar holds the tray's icon `id`: a change of nothing succeeds only for an icon it has.
+bool icon_shown(HWND tray, UINT id);
+// A staged Explorer restart: the old taskbar takes the icon `id` along (false if it had none), then the
+// new one sends "TaskbarCreated" to every top-level window, without waiting for any.
+bool restart_explorer(HWND tray, UINT id);
 
 // Sends WM_COPYDATA with `bytes` of `payload` to the tray, as a sibling does; its answer.
 LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes);

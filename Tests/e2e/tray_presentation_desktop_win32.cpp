@@ -104,4 +104,14 @@ std::optional<RECT> find_tray_icon() {
 
 POINT centre(const RECT& r) { return {(r.left + r.right) / 2, (r.top + r.bottom) / 2}; }
 
+RECT menu_item(HWND menu, int n) {
+    RECT item{};
+    GetClientRect(menu, &item);
+    const LONG height = (item.bottom - 9) / 6;
+    item.top = height * (n - 1) + (n == 6 ? 9 : 0);
+    item.bottom = item.top + height;
+    MapWindowPoints(menu, nullptr, reinterpret_cast<POINT*>(&item), 2);
+    return item;
+}
+
 }  // namespace desktop

@@ -35,4 +35,9 @@ std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance);
 std::optional<RECT> find_tray_icon();
 POINT centre(const RECT& r);
 
+// The `n`-th item of the tray's menu on screen (6 is Exit, below the separator). Menus of another
+// process cannot be read, but their measure can: six items of one height and the separator's 9 pixels
+// at 96 dpi.
+RECT menu_item(HWND menu, int n);
+
 }  // namespace desktop

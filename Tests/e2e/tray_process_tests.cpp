@@ -18,50 +18,35 @@ std::string first_line_end(const running_tray& tray) {
                        GetWindowThreadProcessId(tray.window(), nullptr));
 }
 
-// The log's first lines of each start; the start-up tasks log after them.
-std::vector<std::string> start_lines() {
-    auto lines = read_lines(tray_log_file());
-    std::erase_if(lines, [](const std::string& l) { return !l.ends_with("[INFO] Starting logging for System Tray"); });
-    return lines;
-}
-
 using tray_process = tray_test;
 
 }  // namespace
 
-// A start after Exit appends to the day's log. (Second starts while one runs: the fault suite.)
-TEST_F(tray_process, starts_hidden_and_registered_and_a_later_start_appends) {
+// Second starts while one runs, and WM_CLOSE to every window: the fault suite. Appending to the day's
+// log across starts: the Win32 tier.
+TEST_F(tray_process, starts_hidden_registered_and_logging_and_ends_on_wm_close) {
     const std::wstring key = L"Software\\Classes\\AppUserModelId\\Kestrane.Veldrake";
     test_registry::delete_tree(HKEY_CURRENT_USER, key);  // written by this start, not an earlier one
-    {
-        running_tray first;
-        ASSERT_NE(first.window(), nullptr) << "no window of class VeldrakeSystemTrayWnd";
-        EXPECT_FALSE(IsWindowVisible(first.window()));
-        EXPECT_EQ(window_text(first.window()), TRAY_WINDOW_TITLE);
-        // Written while the window is being created, so the window can be found a moment before them.
-        poll_until([&] { return !test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri").empty(); });
-        EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"DisplayName"), L"Veldrake");
-        EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri"),
-                  (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());
-        EXPECT_TRUE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")))
-            << "the single-instance mutex, by its name, from another process";
-        const auto before = start_lines();
-        ASSERT_EQ(before.size(), 1u);
-        EXPECT_TRUE(before[0].ends_with(first_line_end(first))) << before[0];
-        EXPECT_TRUE(read_lines(tray_log_file())[0].ends_with(first_line_end(first))) << "the very first line";
+    running_tray tray;
+    ASSERT_NE(tray.window(), nullptr) << "no window of class VeldrakeSystemTrayWnd";
+    EXPECT_FALSE(IsWindowVisible(tray.window()));
+    EXPECT_EQ(window_text(tray.window()), TRAY_WINDOW_TITLE);
+    // Written while the window is being created, so the window can be found a moment before them.
+    poll_until([&] { return !test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri").empty(); });
+    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"DisplayName"), L"Veldrake");
+    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, key, L"IconUri"),
+              (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());
+    EXPECT_TRUE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")))
+        << "the single-instance mutex, by its name, from another process";
+    const auto lines = read_lines(tray_log_file());
+    ASSERT_FALSE(lines.empty());
+    EXPECT_TRUE(lines[0].ends_with(first_line_end(tray))) << "the very first line: " << lines[0];
 
-        PostMessageW(first.window(), WM_COMMAND, ID_TRAY_EXIT, 0);
-        EXPECT_EQ(first.process().wait_exit(), 0u) << "Exit ends it with code 0";
-    }
-    EXPECT_FALSE(unique_handle(OpenMutexW(SYNCHRONIZE, FALSE, L"Local\\Veldrake_SystemTray_SingleInstance")));
-    running_tray later;
-    ASSERT_NE(later.window(), nullptr);
-    const auto lines = start_lines();
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_TRUE(lines[1].ends_with(first_line_end(later))) << lines[1];
-    EXPECT_EQ(later.close(), 0u) << "WM_CLOSE from another process ends it with code 0";
+    EXPECT_EQ(tray.close(), 0u) << "WM_CLOSE from another process ends it with code 0";
 }
 
+// A tray that the gate lets start has a directory where its log file would be: it runs and answers all
+// the same.
 TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_process) {
     child_process maintenance = child_process::start(this_program(), L"--sleep 60000");
     const child_process ended = child_process::start(this_program(), L"--sleep 0");
@@ -76,24 +61,19 @@ TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_pr
         reset_tray_state();
         test_registry::set_dword(HKEY_LOCAL_MACHINE, gate_key, L"Process", c.process);
         test_registry::set_value(HKEY_LOCAL_MACHINE, gate_key, L"Created", REG_QWORD, &c.created, sizeof(c.created));
+        if (!c.refused) std::filesystem::create_directories(tray_log_file());
         running_tray tray(!c.refused);
         if (c.refused) {
             EXPECT_EQ(tray.process().wait_exit(), 0u);
             EXPECT_FALSE(std::filesystem::exists(tray_data_root())) << "nothing is created when refused";
-        } else {
-            EXPECT_NE(tray.window(), nullptr);
+            continue;
         }
+        EXPECT_NE(tray.window(), nullptr);
+        DWORD_PTR answer = 0;
+        EXPECT_TRUE(SendMessageTimeoutW(tray.window(), WM_POWERBROADCAST, 7, 0, SMTO_ABORTIFHUNG, 5000, &answer));
+        EXPECT_EQ(answer, TRUE) << "resume from sleep is answered";
+        EXPECT_TRUE(std::filesystem::is_directory(tray_log_file())) << "the tray never makes way for its log";
+        EXPECT_EQ(tray.close(), 0u);
     }
     maintenance.terminate();
-}
-
-TEST_F(tray_process, unopenable_log_file_leaves_it_running_and_answering) {
-    std::filesystem::create_directories(tray_log_file());  // a directory where the file would be
-    running_tray tray;
-    ASSERT_NE(tray.window(), nullptr);
-    EXPECT_TRUE(std::filesystem::is_directory(tray_log_file()));
-    DWORD_PTR answer = 0;
-    EXPECT_TRUE(SendMessageTimeoutW(tray.window(), WM_POWERBROADCAST, 7, 0, SMTO_ABORTIFHUNG, 5000, &answer));
-    EXPECT_EQ(answer, TRUE) << "resume from sleep is answered";
-    EXPECT_EQ(tray.close(), 0u);
 }
