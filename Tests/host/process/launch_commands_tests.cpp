@@ -11,7 +11,6 @@ TEST(launch_commands, the_interpreter_line_carries_the_switch_the_quoted_path_an
         {1, L"C:\\Program Files\\V\\Veldrake.exe", L"", L"/c start \"\" \"C:\\Program Files\\V\\Veldrake.exe\" "},
         {2, L"C:\\a b\\c.exe", L"\"x y\" z", L"/c start \"\" /MIN \"C:\\a b\\c.exe\" \"x y\" z"},
         {3, L"c.exe", L"", L"/c start \"\" /MAX \"c.exe\" "},
-        {5, L"c.exe", L"-q", L"/c start \"\" \"c.exe\" -q"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(to_utf8(c.expected));

@@ -60,7 +60,6 @@ TEST(watchdog, reports_a_hang_once_dumps_at_most_every_ten_minutes_and_reports_t
         std::vector<std::string> events;
         int posts;
     } cases[] = {
-        {"9 s stall", {{1500, 10500}}, {}, 30000, 0, {}, 22},
         {"12 s stall", {{1500, 13500}}, {}, 20000, 0, {hang(10000), "dump", back(12000)}, 9},
         // As under Wine: the recovery is seen at the first tick after a 7 s dump.
         {"12 s stall, 7 s dump", {{1500, 13500}}, {}, 25000, 7000, {hang(10000), "dump", back(18000)}, 8},
@@ -69,7 +68,6 @@ TEST(watchdog, reports_a_hang_once_dumps_at_most_every_ten_minutes_and_reports_t
         {"two hangs ten minutes apart", {{1500, 13500}, {601500, 613500}}, {}, 620000, 0,
          {hang(10000), "dump", back(12000), hang(10000), "dump", back(12000)}, 620 - 22},
         {"posts fail for 14 s after two answers", {}, {{3000, 17000}}, 20000, 0, {}, 20},
-        {"stop during the first second", {}, {}, 999, 0, {}, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -93,7 +91,6 @@ TEST(watchdog, prunes_all_but_the_two_newest_hang_dumps_and_nothing_else) {
         std::vector<folder_entry> entries;
         std::vector<std::filesystem::path> deleted;
     } cases[] = {
-        {"two stay", {dump("Tray hang a.dmp", 1), dump("Tray hang b.dmp", 2)}, {}},
         {"four: the two oldest go, oldest first",
          {dump("Tray hang a.dmp", 40), dump("Tray hang b.dmp", 10), dump("Tray hang c.dmp", 30),
           dump("Tray hang d.dmp", 20)},
@@ -103,8 +100,6 @@ TEST(watchdog, prunes_all_but_the_two_newest_hang_dumps_and_nothing_else) {
           dump("Tray hang d.dmp.txt", 1), dump("System Tray 2026-11-13.log", 1), dump("Tray hang e.dmp", 5),
           dump("Tray hang f.dmp", 6), dump("Tray hang g.dmp", 7)},
          {"L/Tray hang e.dmp"}},
-        {"equal times go by path", {dump("Tray hang c.dmp", 3), dump("Tray hang a.dmp", 3), dump("Tray hang b.dmp", 3)},
-         {"L/Tray hang a.dmp"}},
         {"unreadable times first, by path",
          {dump("Tray hang a.dmp", 1), dump("Tray hang z.dmp", {}), dump("Tray hang y.dmp", {}), dump("Tray hang b.dmp", 2)},
          {"L/Tray hang y.dmp", "L/Tray hang z.dmp"}},
