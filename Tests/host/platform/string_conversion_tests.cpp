@@ -19,6 +19,7 @@ TEST(string_conversion, malformed_input_becomes_replacement_characters_both_ways
     const struct { std::string_view utf8; std::wstring_view wide; } cases[] = {
         {"a\xFFz", L"a\uFFFDz"},          // a byte that never starts a sequence
         {"a\xC3", L"a\uFFFD"},            // a sequence cut short at the end
+        {std::string_view("a\xE2\x82\xAC", 3), L"a\uFFFD"},  // cut short where the view ends, not the bytes
         {"\xE7\xB4" "b", L"\uFFFD" "b"},  // a sequence cut short before ASCII
         {"\xC0\xAF", L"\uFFFD\uFFFD"},    // an overlong form
     };
