@@ -75,6 +75,8 @@ TEST_F(toast_requests, a_sender_that_finds_no_tray_starts_one_and_its_toast_show
         return in_tray || in_sender;
     })) << "no toast";
     EXPECT_NE(in_tray, in_sender) << "shown once";
-    if (in_tray) EXPECT_EQ(sender.wait_exit(std::chrono::seconds(10)), 0u) << "a sender that reached the tray shows nothing";
+    if (in_tray) {
+        EXPECT_EQ(sender.wait_exit(std::chrono::seconds(10)), 0u) << "a sender that reached the tray shows nothing";
+    }
     sender.terminate();
 }
