@@ -88,7 +88,12 @@ target_link_libraries(veldrake_bench_baseline PRIVATE user32 shell32)
 add_executable(veldrake_bench_client "${CMAKE_SOURCE_DIR}/Benchmarks/wine/bench_client_win32.cpp")
 target_include_directories(veldrake_bench_client PRIVATE "${CMAKE_SOURCE_DIR}/Sources/Common")
 target_link_libraries(veldrake_bench_client PRIVATE user32 shell32)
-set_target_properties(veldrake_bench_baseline veldrake_bench_client PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${veldrake_bench_bin}")
+# What one microphone icon render costs, against a bare icon.
+add_executable(veldrake_bench_icon_render "${CMAKE_SOURCE_DIR}/Benchmarks/wine/icon_render_bench_win32.cpp"
+               ${veldrake_per_exe_sources})
+target_link_libraries(veldrake_bench_icon_render PRIVATE veldrake_core)
+set_target_properties(veldrake_bench_baseline veldrake_bench_client veldrake_bench_icon_render
+                      PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${veldrake_bench_bin}")
 
 # Every Wine tier shares one throwaway prefix and X display per test run.
 set(wine_state "${CMAKE_BINARY_DIR}/wine-run")
