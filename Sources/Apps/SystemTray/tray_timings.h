@@ -12,6 +12,7 @@ struct tray_timings {
     uint32_t version_first_check_ms;
     uint32_t version_check_ms;
     uint32_t explorer_give_up_ms;  // a new Explorer window's steps end after this
+    uint32_t hang_threshold_ms;  // an unanswered watchdog ping is a hang after this
     bool for_tests;  // such an exe says so in its log
 };
 

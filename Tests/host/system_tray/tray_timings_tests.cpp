@@ -13,5 +13,6 @@ TEST(tray_timings, the_shipped_tray_keeps_the_real_intervals) {
     EXPECT_EQ(t.version_first_check_ms, 180000u);
     EXPECT_EQ(t.version_check_ms, 3600000u);
     EXPECT_EQ(t.explorer_give_up_ms, 10000u);
+    EXPECT_EQ(t.hang_threshold_ms, 10000u);
     EXPECT_FALSE(t.for_tests);
 }

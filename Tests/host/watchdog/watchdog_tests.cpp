@@ -74,7 +74,7 @@ TEST(watchdog, reports_a_hang_once_dumps_at_most_every_ten_minutes_and_reports_t
         scripted_platform platform;
         platform.stalls = c.stalls, platform.failed_posts = c.failed_posts;
         platform.stop_at = c.stop_at, platform.dump_ms = c.dump_ms;
-        run_watchdog(platform);
+        run_watchdog(platform, 10000);
         EXPECT_EQ(platform.events, c.events);
         EXPECT_EQ(platform.posts, c.posts);
     }

@@ -4,6 +4,7 @@
 #include "platform/clock_win32.h"
 #include "platform/thread_stack_win32.h"
 #include "tray_messages.h"
+#include "tray_timings.h"
 #include "watchdog/hang_dump_writer_win32.h"
 #include "watchdog/watchdog_loop.h"
 
@@ -66,7 +67,7 @@ void ui_watchdog::run_watchdog() noexcept {
     try {
         watchdog_platform port(stop_event.get(), window, answered, dump_folder);
         release_unused_stack_pages();
-        watchdog::run_watchdog(port);
+        watchdog::run_watchdog(port, TRAY_TIMINGS.hang_threshold_ms);
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "[watchdog] {}", e.what());
     } catch (...) {

@@ -4,13 +4,13 @@
 
 namespace watchdog {
 
-tick_actions on_tick(tick_state& s, uint64_t now, bool answered) {
+tick_actions on_tick(tick_state& s, uint64_t now, bool answered, uint64_t hang_threshold_ms) {
     tick_actions act;
     if (s.ping_pending) {
         const uint64_t waited = now - s.ping_time;
         if (!answered) {
             // One line and at most one dump per hang, however long it lasts.
-            if (s.hang_reported || waited < HANG_THRESHOLD_MS) return act;
+            if (s.hang_reported || waited < hang_threshold_ms) return act;
             s.hang_reported = true;
             act.line = tick_line{log_severity::error,
                                  fmt::format("[watchdog] UI thread has not handled a posted message for {} ms", waited)};
@@ -38,11 +38,11 @@ void on_post(tick_state& s, uint64_t now, bool posted) {
     s.ping_pending = true;
 }
 
-void run_watchdog(watchdog_port& port) {
+void run_watchdog(watchdog_port& port, uint64_t hang_threshold_ms) {
     tick_state s;
     while (port.wait_tick()) {
         const uint64_t now = port.now();
-        const tick_actions act = on_tick(s, now, port.take_answered());
+        const tick_actions act = on_tick(s, now, port.take_answered(), hang_threshold_ms);
         if (act.line) port.log(*act.line);
         if (act.dump) port.write_dump();
         if (act.post) on_post(s, now, port.post_ping());

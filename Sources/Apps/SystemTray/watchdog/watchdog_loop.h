@@ -11,7 +11,6 @@
 namespace watchdog {
 
 constexpr uint32_t TICK_MS = 1000;
-constexpr uint64_t HANG_THRESHOLD_MS = 10000;
 constexpr uint64_t DUMP_DISTANCE_MS = 600000;
 
 // All the thread keeps between ticks. Times are active_time_ms; a last_dump_time of 0 means none yet.
@@ -35,8 +34,9 @@ struct tick_actions {
     bool post = false;
 };
 
-// `answered`: the window thread's flag, taken (and cleared) for this tick.
-tick_actions on_tick(tick_state& s, uint64_t now, bool answered);
+// `answered`: the window thread's flag, taken (and cleared) for this tick. A ping unanswered for
+// `hang_threshold_ms` is a hang.
+tick_actions on_tick(tick_state& s, uint64_t now, bool answered, uint64_t hang_threshold_ms);
 // The outcome of the post that on_tick asked for; a failed post is tried again at the next tick.
 void on_post(tick_state& s, uint64_t now, bool posted);
 
@@ -52,6 +52,6 @@ struct watchdog_port {
 };
 
 // The thread's body, until wait_tick says stop. The first ping goes out one tick after the start.
-void run_watchdog(watchdog_port& port);
+void run_watchdog(watchdog_port& port, uint64_t hang_threshold_ms);
 
 }  // namespace watchdog
