@@ -7,6 +7,7 @@
 #include "logging/log.h"
 #include "platform/com_ptr_win32.h"
 #include "platform/search_api_win32.h"
+#include "platform/thread_stack_win32.h"
 #include "tray_messages.h"
 
 #include <cerrno>
@@ -62,6 +63,7 @@ unsigned __stdcall index_sample_thread(void* window) {
     } catch (...) {
         // Only the log itself can throw here; nothing is left to tell.
     }
+    release_unused_stack_pages();
     return 0;
 }
 
