@@ -21,6 +21,7 @@ TEST(microphone_state, three_quick_requests_run_at_most_two_tasks) {
     const state_outcome repeat = on_mic_state(s, mm::state_request_flags(true, true), first);
     EXPECT_EQ(repeat.repeat_request, first + 1);
     EXPECT_FALSE(repeat.update_icon || s.mic_muted);
+    EXPECT_TRUE(s.mic_refresh_in_flight) << "the repeat runs: a fourth request would wait for it";
     const state_outcome last = on_mic_state(s, mm::state_request_flags(true, true), first + 1);
     EXPECT_FALSE(last.repeat_request);
     EXPECT_TRUE(last.update_icon && s.mic_muted && s.mic_present && !s.mic_refresh_in_flight);
