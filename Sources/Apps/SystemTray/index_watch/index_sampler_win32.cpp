@@ -25,9 +25,10 @@ bool class_registered(const CLSID& id) {
     wchar_t key[64] = L"CLSID\\";
     if (StringFromGUID2(id, key + 6, 39) == 0) return true;
     HKEY opened = nullptr;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key, 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) return false;
-    RegCloseKey(opened);
-    return true;
+    const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, key, 0, KEY_QUERY_VALUE, &opened);
+    if (status == ERROR_SUCCESS) RegCloseKey(opened);
+    // Only a key that is not there settles it; any other failure leaves the answer to COM.
+    return status != ERROR_FILE_NOT_FOUND;
 }
 
 // One count from a catalog made for this call alone; both objects are released before it returns.
