@@ -71,12 +71,11 @@ HICON load_logo_icon(HINSTANCE module) {
 HICON render_badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module) {
     unique_hicon logo(load_logo_icon(module));
     if (!logo || !with_badge) return logo.release();
-    return render_badge_icon(logo.get(), true, colour, dark);
+    return render_badge_icon(logo.get(), colour, dark);
 }
 
-HICON render_badge_icon(HICON logo, bool with_badge, uint32_t colour, bool dark) {
+HICON render_badge_icon(HICON logo, uint32_t colour, bool dark) {
     if (!logo) return nullptr;
-    if (!with_badge) return CopyIcon(logo);
     try {
         return badge_icon(logo, colour, dark);
     } catch (const std::exception& e) {
@@ -131,9 +130,10 @@ void tray_window::update_tray_icon() {
     if (shutting_down) return;
     const std::optional<uint32_t> badge = tray_badge::badge_colour(index.indexing_status, updates.update_status);
     if (badge) gdiplus.start();  // the plain logo needs no GDI+
-    // Loaded once: under Wine a new icon from the resource costs more than all the drawing, every 15 s.
+    // Kept between refreshes: under Wine a new icon from the resource costs more than all the drawing.
+    // Without a badge the logo itself becomes the new icon, and the next refresh loads another.
     if (!logo_icon) logo_icon.reset(load_logo_icon());
-    unique_hicon icon(render_badge_icon(logo_icon.get(), badge.has_value(), badge.value_or(0), dark_mode));
+    unique_hicon icon(badge ? render_badge_icon(logo_icon.get(), *badge, dark_mode) : logo_icon.release());
     if (!icon) {
         logging::log(log_severity::error, "Failed to create system tray icon: new_icon_handle is nullptr");
         return;
