@@ -101,6 +101,7 @@ private:
     menu_metrics_record menu_metrics;
     gdiplus_session gdiplus;
     unique_hicon main_icon;
+    unique_hicon logo_icon;  // what the next main_icon with a badge is drawn from
     UINT taskbar_created_message = 0;
     index_watch::tray_state index;  // indexing_status, the stall detector, namespace_icon_applied
     updates::tray_state updates;    // version_check_in_flight, update_status, download_toast_shown, update_notice_pending

@@ -142,7 +142,7 @@ bool mute_monitor::start(HWND target) {
     return true;
 }
 
-void mute_monitor::attach() {
+bool mute_monitor::attach() {
     const std::lock_guard guard(lock);
     if (endpoint_volume) {
         endpoint_volume->UnregisterControlChangeNotify(volume_callback.get());
@@ -152,22 +152,23 @@ void mute_monitor::attach() {
     bool found = false;
     const HRESULT hr = activate_endpoint_volume(enumerator.get(), eConsole, volume, found);
     // No microphone is an ordinary state: nothing is watched until one comes.
-    if (!found) return;
+    if (!found) return false;
     if (FAILED(hr)) {
         logging::log(log_severity::error, "Microphone monitor: Activate(IAudioEndpointVolume) failed (hr=0x{:08x})",
                      static_cast<uint32_t>(hr));
-        return;
+        return true;
     }
     if (FAILED(volume->RegisterControlChangeNotify(volume_callback.get()))) {
         logging::log(log_severity::error, "Microphone monitor: RegisterControlChangeNotify failed");
-        return;
+        return true;
     }
     endpoint_volume = std::move(volume);
+    return true;
 }
 
-void mute_monitor::reattach() {
+bool mute_monitor::reattach() {
     const std::lock_guard guard(lock);
-    if (started_) attach();
+    return !started_ || attach();
 }
 
 void mute_monitor::stop() {

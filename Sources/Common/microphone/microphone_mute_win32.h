@@ -35,8 +35,9 @@ public:
 
     // Starts watching for `window`; true when it runs (also when it ran already).
     bool start(HWND window);
-    // Watches the endpoint that is now the default one.
-    void reattach();
+    // Watches the endpoint that is now the default one. False only when the platform said that there is
+    // no default microphone; true also when the monitor is not started and asked nothing.
+    bool reattach();
     void stop();
 
     bool started();
@@ -47,7 +48,8 @@ public:
     class device_notification_callback;
 
 private:
-    void attach();
+    // False when there is no default capture endpoint.
+    bool attach();
 
     // Taken on the window thread only; recursive, since start and reattach share attach.
     std::recursive_mutex lock;

@@ -19,6 +19,7 @@ unsigned __stdcall background_thread(void* parameter) {
     run_task_logged(*task);
     // Deliberately unconditional: a fresh thread's initialisation does not fail.
     CoUninitialize();
+    release_unused_stack_pages();
     return 0;
 }
 

@@ -5,6 +5,7 @@
 #include "explorer/registry_port_win32.h"
 #include "explorer/shell_repair_run.h"
 #include "logging/log.h"
+#include "platform/thread_stack_win32.h"
 #include "settings/high_level_settings.h"
 #include "tray_window_win32.h"
 
@@ -38,7 +39,10 @@ void repair_shell_handler_registrations_async() noexcept {
 
 void tray_window::start_shell_handler_repair() {
     try {
-        std::thread(explorer::repair_shell_handler_registrations_async).detach();
+        std::thread([] {
+            explorer::repair_shell_handler_registrations_async();
+            release_unused_stack_pages();
+        }).detach();
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "repair_shell_handler_registrations_async failed: {}", e.what());
     }

@@ -10,6 +10,7 @@
 #include "platform/com_ptr_win32.h"
 #include "platform/paths_win32.h"
 #include "platform/string_conversion.h"
+#include "platform/thread_stack_win32.h"
 #include "platform/unique_resource_win32.h"
 #include "process/launch_win32.h"
 #include "process/process_tools_win32.h"
@@ -190,7 +191,10 @@ void complete_package_registrations_async() noexcept {
 
 void tray_window::start_package_registrations() {
     try {
-        std::thread(housekeeping::complete_package_registrations_async).detach();
+        std::thread([] {
+            housekeeping::complete_package_registrations_async();
+            release_unused_stack_pages();
+        }).detach();
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "complete_package_registrations_async failed: {}", e.what());
     }

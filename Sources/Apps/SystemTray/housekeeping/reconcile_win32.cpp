@@ -7,6 +7,7 @@
 #include "installer_gate_win32.h"
 #include "logging/log.h"
 #include "platform/paths_win32.h"
+#include "platform/thread_stack_win32.h"
 #include "process/launch_win32.h"
 #include "process/process_tools_win32.h"
 #include "tray_messages.h"
@@ -59,7 +60,10 @@ void CALLBACK on_window_event(HWINEVENTHOOK, DWORD event, HWND window, LONG obje
 void reinject_context_menu_replacement_if_enabled_async() {
     if (installer_maintenance_running()) return;
     try {
-        std::thread(reconcile_context_menu_replacement).detach();
+        std::thread([] {
+            reconcile_context_menu_replacement();
+            release_unused_stack_pages();
+        }).detach();
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "reinject_context_menu_replacement_if_enabled_async failed: {}", e.what());
     }

@@ -7,6 +7,7 @@
 #include "logging/log.h"
 #include "platform/com_ptr_win32.h"
 #include "platform/search_api_win32.h"
+#include "platform/thread_stack_win32.h"
 #include "tray_messages.h"
 
 #include <cerrno>
@@ -17,14 +18,29 @@ namespace index_watch {
 
 namespace {
 
+// Whether COM can know the class at all. Without a registration CoCreateInstance answers
+// REGDB_E_CLASSNOTREG, but only after a round through the RPC service for a local server, which under
+// Wine (which has no Windows Search) costs more than all the rest of a sample. Asked at every call.
+bool class_registered(const CLSID& id) {
+    wchar_t key[64] = L"CLSID\\";
+    if (StringFromGUID2(id, key + 6, 39) == 0) return true;
+    HKEY opened = nullptr;
+    const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, key, 0, KEY_QUERY_VALUE, &opened);
+    if (status == ERROR_SUCCESS) RegCloseKey(opened);
+    // Only a key that is not there settles it; any other failure leaves the answer to COM.
+    return status != ERROR_FILE_NOT_FOUND;
+}
+
 // One count from a catalog made for this call alone; both objects are released before it returns.
 // `read` fills the count and returns the catalog call's result.
 template <class Read>
 int32_t read_catalog_count(const char* function, const char* call, Read read) {
     try {
         com_ptr<ISearchManager> manager;
-        HRESULT result = CoCreateInstance(CLSID_CSearchManager, nullptr, CLSCTX_ALL, __uuidof(ISearchManager),
-                                          manager.put_void());
+        HRESULT result = class_registered(CLSID_CSearchManager)
+                             ? CoCreateInstance(CLSID_CSearchManager, nullptr, CLSCTX_ALL, __uuidof(ISearchManager),
+                                                manager.put_void())
+                             : REGDB_E_CLASSNOTREG;
         // Without the search service this fails: a normal outcome, logged all the same.
         if (FAILED(result) || !manager) {
             logging::log(log_severity::error, "{}: Failed to create ISearchManager. HRESULT={}", function, result);
@@ -62,6 +78,7 @@ unsigned __stdcall index_sample_thread(void* window) {
     } catch (...) {
         // Only the log itself can throw here; nothing is left to tell.
     }
+    release_unused_stack_pages();
     return 0;
 }
 

@@ -91,6 +91,10 @@ settings_plan apply_settings(state& s, bool show_when_muted, bool show_when_on, 
     return plan;
 }
 
+bool retry_wants_state_request(const state& s, bool microphone_found) {
+    return microphone_found || s.mic_present || s.mic_icon_shown;
+}
+
 uint32_t icon_colour(bool muted, bool dark) noexcept {
     if (dark) return muted ? 0xFFFF1414 : 0xFFFFFFFF;
     return muted ? 0xFFD70000 : 0xFF000000;

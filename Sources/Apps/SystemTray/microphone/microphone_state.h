@@ -63,6 +63,10 @@ struct settings_plan {
 // whether the monitor has an endpoint under watch, and the theme.
 settings_plan apply_settings(state& s, bool show_when_muted, bool show_when_on, bool endpoint_watched, bool dark);
 
+// After the retry's reattach: whether the state request can tell anything new. Where the platform
+// has no default microphone and none is known, its answer is already known, and its thread is saved.
+bool retry_wants_state_request(const state& s, bool microphone_found);
+
 // The icon's look: glyph code point, colour (ARGB) and tip.
 constexpr char32_t glyph_muted = 0xEC54, glyph_on = 0xE720;
 constexpr char32_t glyph(bool muted) noexcept { return muted ? glyph_muted : glyph_on; }

@@ -78,8 +78,9 @@ void tray_window::apply_microphone_settings() {
     }
     if (plan.retry_endpoint) {
         mute_monitor.start(hwnd());
-        mute_monitor.reattach();
-        refresh_mic_state_async();
+        // Without a microphone this runs every tick: a state task would only say so again, on a thread
+        // that costs more than all the rest of the tick.
+        if (microphone::retry_wants_state_request(mic, mute_monitor.reattach())) refresh_mic_state_async();
     }
     if (plan.update_icon) update_microphone_icon();
 }

@@ -35,15 +35,7 @@ struct gdiplus_objects {
     }
 };
 
-HICON badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module) {
-    const auto logo = static_cast<HICON>(LoadImageW(module, MAKEINTRESOURCEW(LOGO_RESOURCE), IMAGE_ICON,
-                                                    tray_badge::icon_size, tray_badge::icon_size, 0));
-    if (!logo) return nullptr;
-    if (!with_badge) return logo;
-    // The bitmap copies the logo's pixels. A loaded icon is a new handle at each call, and this runs
-    // every 15 seconds: it must go, or the process runs out of GDI handles within days.
-    const unique_hicon logo_owner(logo);
-
+HICON badge_icon(HICON logo, uint32_t colour, bool dark) {
     gdiplus_objects o;
     if (gp::GdipCreateBitmapFromHICON(logo, &o.bitmap) != Gdiplus::Ok) return nullptr;
     if (gp::GdipGetImageGraphicsContext(o.bitmap, &o.graphics) != Gdiplus::Ok) return nullptr;
@@ -71,9 +63,21 @@ HICON badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module) 
 
 }  // namespace
 
+HICON load_logo_icon(HINSTANCE module) {
+    return static_cast<HICON>(
+        LoadImageW(module, MAKEINTRESOURCEW(LOGO_RESOURCE), IMAGE_ICON, tray_badge::icon_size, tray_badge::icon_size, 0));
+}
+
 HICON render_badge_icon(bool with_badge, uint32_t colour, bool dark, HINSTANCE module) {
+    unique_hicon logo(load_logo_icon(module));
+    if (!logo || !with_badge) return logo.release();
+    return render_badge_icon(logo.get(), colour, dark);
+}
+
+HICON render_badge_icon(HICON logo, uint32_t colour, bool dark) {
+    if (!logo) return nullptr;
     try {
-        return badge_icon(with_badge, colour, dark, module);
+        return badge_icon(logo, colour, dark);
     } catch (const std::exception& e) {
         logging::log(log_severity::error, "Exception in create_system_tray_icon_with_optional_overlay: {}", e.what());
     } catch (...) {
@@ -126,7 +130,10 @@ void tray_window::update_tray_icon() {
     if (shutting_down) return;
     const std::optional<uint32_t> badge = tray_badge::badge_colour(index.indexing_status, updates.update_status);
     if (badge) gdiplus.start();  // the plain logo needs no GDI+
-    unique_hicon icon(render_badge_icon(badge.has_value(), badge.value_or(0), dark_mode));
+    // Kept between refreshes: under Wine a new icon from the resource costs more than all the drawing.
+    // Without a badge the logo itself becomes the new icon, and the next refresh loads another.
+    if (!logo_icon) logo_icon.reset(load_logo_icon());
+    unique_hicon icon(badge ? render_badge_icon(logo_icon.get(), *badge, dark_mode) : logo_icon.release());
     if (!icon) {
         logging::log(log_severity::error, "Failed to create system tray icon: new_icon_handle is nullptr");
         return;
