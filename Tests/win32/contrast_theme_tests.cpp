@@ -50,17 +50,16 @@ TEST(contrast_theme, the_menu_the_notification_and_a_button_draw_in_the_system_c
         const theme_colours::scheme scheme = common_dialogs::read_scheme(true);
         const auto [window, window_text, menu, menu_text, highlight, highlight_text, gray, face, button_text, frame] = s.colours;
 
-        // The whole menu, its first item hot, then Exit disabled on a line of its own.
+        // The tray's whole menu, its first item hot, then Exit disabled on a line of its own.
         unique_hmenu popup(CreatePopupMenu());
-        const wchar_t* labels[] = {L"Settings...", L"Download and install update...", L"Windows indexing status...",
-                                   L"Feedback...", L"Support Veldrake...", nullptr, L"Exit"};
-        for (const wchar_t* label : labels) AppendMenuW(popup.get(), label ? MF_STRING : MF_SEPARATOR, 1, label);
+        const auto entries = tray_menu_layout::entries();
+        for (const auto& e : entries) AppendMenuW(popup.get(), e.command ? MF_STRING : MF_SEPARATOR, e.command, e.text);
         std::vector<tray_menu_item> records;
         owner_draw_items(popup.get(), records);
         wchar_t text[64] = {};
-        for (UINT i = 0; i < 7; ++i, *text = 0) {
+        for (UINT i = 0; i < entries.size(); ++i, *text = 0) {
             GetMenuStringW(popup.get(), i, text, 64, MF_BYPOSITION);
-            EXPECT_STREQ(text, labels[i] ? labels[i] : L"") << "a screen reader reads the label";
+            EXPECT_STREQ(text, entries[i].text) << "a screen reader reads the label";
         }
         const menu_metrics_record record{96, theme_colours::for_surface(theme_colours::surface::menu, scheme, 0)};
         const unique_hgdiobj gold(render_status_dot(tray_badge::gold, record.colours.dot_ring));

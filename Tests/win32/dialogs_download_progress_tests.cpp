@@ -43,12 +43,9 @@ TEST(download_progress_dialog, bar_follows_percents_posted_from_the_download_thr
     void* callback = nullptr;
     ASSERT_EQ(d.dialog.QueryInterface(IID_IBindStatusCallback, &callback), S_OK) << "what the download asks for";
     EXPECT_EQ(callback, static_cast<IBindStatusCallback*>(&d.dialog));
-    // This thread is not the dialog's, as the download's is not.
-    EXPECT_EQ(d.dialog.OnProgress(0, 0, 0, nullptr), S_OK) << "unknown length";
+    // This thread is not the dialog's, as the download's is not. Which percents are posted, the host tests pin.
     EXPECT_EQ(d.dialog.OnProgress(250, 1000, 0, nullptr), S_OK);
     EXPECT_TRUE(poll_until([&] { return d.position() == 25; }));
-    d.dialog.OnProgress(999, 1000, 0, nullptr);
-    EXPECT_TRUE(poll_until([&] { return d.position() == 99; }));
 }
 
 TEST(download_progress_dialog, cancel_and_close_set_the_flag_disable_the_button_and_abort_the_download) {

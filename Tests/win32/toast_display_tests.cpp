@@ -39,7 +39,7 @@ TEST(toast_display, ends_once_clicked_or_at_a_poll_and_a_missing_icon_is_only_a_
     RECT work{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
     const struct { std::wstring icon; bool click; } cases[] = {
-        {logo, true}, {L"C:\\nowhere\\missing.ico", true}, {logo, false}};
+        {L"C:\\nowhere\\missing.ico", true}, {logo, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(to_utf8(c.icon) + (c.click ? " clicked" : " polled"));
         watcher eye(c.click);
