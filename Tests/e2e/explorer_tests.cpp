@@ -1,5 +1,4 @@
 #include "common/test_registry_win32.h"
-#include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "platform/scope_exit.h"
 
@@ -89,11 +88,9 @@ TEST_F(explorer_integration, a_new_explorer_window_is_followed_until_given_up) {
     child_process wine_explorer = child_process::start(L"C:\\windows\\explorer.exe", browsed);
     const scope_exit end_wine_explorer([&] { wine_explorer.terminate(); });
     ASSERT_NE(wait_for_window(wine_explorer.id(), L"ExplorerWClass"), nullptr);
-    const auto program = sibling_doubles::install_copy(fresh_folder(L"explorer-double") / L"explorer.exe");
-    sibling_doubles::control(program, program.parent_path() / L"record.txt", "0", "window CabinetWClass");
-    child_process double_explorer = child_process::start(program);
-    const scope_exit end_double([&] { double_explorer.terminate(); });
-    ASSERT_TRUE(poll_until([&] { return !windows_of(double_explorer.id(), L"CabinetWClass", nullptr, true).empty(); }));
+    const resident double_explorer(L"explorer.exe", "window CabinetWClass");
+    ASSERT_TRUE(poll_until(
+        [&] { return !windows_of(double_explorer.process().id(), L"CabinetWClass", nullptr, true).empty(); }));
     EXPECT_TRUE(poll_until([&] { return log.count(gave_up) == 1; }));
     // Six seconds more also keep the tray, a ShellWindows client until the give-up, from ending so soon
     // after its last pass that Wine's desktop goes with it.

@@ -19,24 +19,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A copy of the sibling double under `name` in a folder of the test's, started to live as `mode` says.
-class resident {
-public:
-    resident(const wchar_t* name, const std::string& mode, const std::string& exit_codes = "0")
-        : program_(sibling_doubles::install_copy(fresh_folder(std::wstring(L"resident-") + name) / name)) {
-        sibling_doubles::control(program_, program_.parent_path() / L"record.txt", exit_codes, mode);
-        process_ = child_process::start(program_);
-        // Running once it has recorded its start.
-        poll_until([&] { return !sibling_doubles::read_records(program_.parent_path() / L"record.txt").empty(); });
-    }
-    ~resident() { process_.terminate(); }
-    const child_process& process() const { return process_; }
-
-private:
-    std::filesystem::path program_;
-    child_process process_;
-};
-
 using housekeeping = tray_test;
 
 }  // namespace

@@ -114,6 +114,13 @@ system_program_double::~system_program_double() {
     std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
 }
 
+resident::resident(const wchar_t* name, const std::string& mode)
+    : program_(sibling_doubles::install_copy(fresh_folder(std::wstring(L"resident-") + name) / name)) {
+    sibling_doubles::control(program_, program_.parent_path() / L"record.txt", "0", mode);
+    process_ = child_process::start(program_);
+    poll_until([&] { return !sibling_doubles::read_records(program_.parent_path() / L"record.txt").empty(); });
+}
+
 bool icon_shown(HWND tray, UINT id) { return notify_icon(NIM_MODIFY, tray, id); }
 
 bool restart_explorer(HWND tray, UINT id) {

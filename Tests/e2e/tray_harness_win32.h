@@ -71,6 +71,19 @@ public:
     const recorded_runs runs;
 };
 
+// A copy of the sibling double under `name` in a folder of the test's own, started to live as `mode` says
+// and running once it has recorded its start; ended with the test.
+class resident {
+public:
+    resident(const wchar_t* name, const std::string& mode);
+    ~resident() { process_.terminate(); }
+    const child_process& process() const { return process_; }
+
+private:
+    std::filesystem::path program_;
+    child_process process_;
+};
+
 // Whether the taskbar holds the tray's icon `id`: a change of nothing succeeds only for an icon it has.
 bool icon_shown(HWND tray, UINT id);
 // A staged Explorer restart: the old taskbar takes the icon `id` along (false if it had none), then the

@@ -48,8 +48,9 @@ TEST_F(tray_process, starts_hidden_registered_and_logging_and_ends_on_wm_close) 
 // A tray that the gate lets start has a directory where its log file would be: it runs and answers all
 // the same.
 TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_process) {
-    child_process maintenance = child_process::start(this_program(), L"--sleep 60000");
-    const child_process ended = child_process::start(this_program(), L"--sleep 0");
+    const resident live(L"Veldrake.Maintenance.exe", "sleep");
+    const resident gone(L"Veldrake.Ended.exe", "");
+    const child_process &maintenance = live.process(), &ended = gone.process();
     ASSERT_EQ(ended.wait_exit(), 0u);
     const struct { const char* name; uint32_t process; uint64_t created; bool refused; } cases[] = {
         {"live process with its true creation time", maintenance.id(), maintenance.creation_time(), true},
@@ -75,5 +76,4 @@ TEST_F(tray_process, installer_gate_keeps_it_away_only_from_the_live_recorded_pr
         EXPECT_TRUE(std::filesystem::is_directory(tray_log_file())) << "the tray never makes way for its log";
         EXPECT_EQ(tray.close(), 0u);
     }
-    maintenance.terminate();
 }
