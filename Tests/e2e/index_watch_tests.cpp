@@ -19,13 +19,6 @@ namespace {
 const std::wstring search_manager_class = L"Software\\Classes\\CLSID\\{7D096C5F-AC08-4F1F-BEB7-5C22C517CE39}";
 const std::wstring namespace_class = L"Software\\Classes\\CLSID\\{249AE234-08DF-4686-AAF3-5D80A15493BE}";
 
-std::filesystem::path system_powershell() {
-    wchar_t folder[MAX_PATH] = {};
-    GetSystemDirectoryW(folder, MAX_PATH);
-    // Where Wine puts it, on the search path.
-    return std::filesystem::path(folder) / L"WindowsPowerShell\\v1.0\\powershell.exe";
-}
-
 // The index watch of the short-timers tray: a sample every 2 s and a stall limit of one minute.
 class index_watch_tray : public tray_test {
 protected:
@@ -76,7 +69,8 @@ protected:
 // "Restart" runs the elevated command, and its exit code 1 shows the failure. (That exit code 0 ends
 // quietly is the core's.)
 TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_then_restarts_elevated) {
-    const system_program_double powershell(system_powershell());
+    // Where Wine puts it, on the search path.
+    const system_program_double powershell(known_folder(FOLDERID_System) / L"WindowsPowerShell\\v1.0\\powershell.exe");
     const log_mark log(tray_log_file());
     tray.emplace(true, short_timers_tray_exe());
     ASSERT_NE(tray->window(), nullptr);

@@ -5,7 +5,7 @@
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "logging/log_format.h"
 #include "platform/paths_win32.h"
-#include "toasts/tray_toast_ipc.h"
+#include "toasts/tray_toast_ipc_win32.h"
 #include "tray_messages.h"
 
 #include <shellapi.h>
@@ -45,6 +45,14 @@ std::filesystem::path tray_log_file() {
 
 std::filesystem::path settings_file() {
     return local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
+}
+
+std::filesystem::path known_folder(REFKNOWNFOLDERID id) {
+    PWSTR path = nullptr;
+    SHGetKnownFolderPath(id, 0, nullptr, &path);
+    std::filesystem::path result = path ? path : L"";
+    CoTaskMemFree(path);
+    return result;
 }
 
 void reset_tray_state() {
@@ -136,10 +144,8 @@ LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD by
     return static_cast<LRESULT>(reply);
 }
 
-bool request_toast(HWND tray, const std::wstring& title) {
-    const std::wstring payload =
-        tray_toast_ipc::encode_toast_request({L"", L"", title, L"text", tray_toast_ipc::toast_click_action::none, L""});
-    return send_copy_data(tray, tray_toast_ipc::TOAST_COPYDATA_ID, payload.c_str(), 2 * (payload.size() + 1)) == 1;
+bool request_toast(const std::wstring& title) {
+    return tray_toast_ipc::send_toast_request({L"", L"", title, L"text", tray_toast_ipc::toast_click_action::none, L""});
 }
 
 running_tray::running_tray(bool expect_window, const std::filesystem::path& exe)

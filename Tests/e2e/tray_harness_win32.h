@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shlobj.h>
+
 #include "common/wine_process_win32.h"
 #include "doubles/sibling_doubles_win32.h"
 
@@ -26,6 +28,9 @@ std::filesystem::path tray_data_root();
 std::filesystem::path tray_log_file();
 // The suite's settings file, which the tray polls.
 std::filesystem::path settings_file();
+
+// A folder the shell knows, such as FOLDERID_Downloads or FOLDERID_System.
+std::filesystem::path known_folder(REFKNOWNFOLDERID id);
 
 // Removes the tray's data folder and the gate, so that each test starts from a fresh user.
 void reset_tray_state();
@@ -93,7 +98,7 @@ bool restart_explorer(HWND tray, UINT id);
 // Sends WM_COPYDATA with `bytes` of `payload` to the tray, as a sibling does; its answer.
 LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes);
 // A toast request for `title` with the text "text", as a sibling sends it; whether it was taken.
-bool request_toast(HWND tray, const std::wstring& title);
+bool request_toast(const std::wstring& title);
 
 class running_tray {
 public:

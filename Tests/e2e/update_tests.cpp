@@ -5,9 +5,6 @@
 #include "toasts/notification_window_win32.h"
 #include "tray_messages.h"
 
-#include <knownfolders.h>
-#include <shlobj.h>
-
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -19,14 +16,6 @@ namespace {
 
 const std::wstring NOTICE_KEY = L"Software\\Kestrane\\Veldrake";
 constexpr const char* DOWNLOAD_PATH = "products/veldrake/Downloads/Public/";
-
-std::filesystem::path known_folder(REFKNOWNFOLDERID id) {
-    PWSTR path = nullptr;
-    SHGetKnownFolderPath(id, 0, nullptr, &path);
-    std::filesystem::path result = path ? path : L"";
-    CoTaskMemFree(path);
-    return result;
-}
 
 std::string quoted(const std::filesystem::path& p) { return "'" + desktop::unix_path(p) + "'"; }
 
