@@ -1,5 +1,7 @@
 #include "common/wine_process_win32.h"
 
+#include "platform/paths_win32.h"
+
 #include <winternl.h>
 
 #include <algorithm>
@@ -8,11 +10,7 @@
 
 namespace test_support {
 
-std::filesystem::path this_program() {
-    std::wstring buffer(32768, L'\0');
-    buffer.resize(GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size())));
-    return buffer;
-}
+std::filesystem::path this_program() { return module_file_name(); }
 
 std::filesystem::path fresh_folder(const std::wstring& name) {
     const auto folder = std::filesystem::temp_directory_path() /

@@ -4,9 +4,8 @@
 // sibling_doubles_win32.h writes: a first line with the file to append to (default:
 // "<its own file name>.record" beside it), a second with the exit codes (default 0; the n-th run
 // takes the n-th, the last one repeats), and a third with how it lives after recording, for the
-// suite's residents: at once gone (empty), "sleep" (no window, until ended), "window CLASS" or
-// "windows CLASS" (one, or two a second apart, top-level windows of CLASS, gone on WM_CLOSE), or
-// "hang CLASS" (a window whose WM_CLOSE never returns).
+// suite's residents: at once gone (empty), "sleep" (no window, until ended), "window CLASS" (a
+// top-level window of CLASS, gone on WM_CLOSE), or "hang CLASS" (a window whose WM_CLOSE never returns).
 // Each run appends one line: show command, console, working folder, command line, separated by tabs.
 #include <windows.h>
 
@@ -55,12 +54,8 @@ void live(const std::string& mode) {
     window_class.lpfnWndProc = resident_window;
     window_class.lpszClassName = class_name.c_str();
     RegisterClassW(&window_class);
-    const int windows = mode.starts_with("windows ") ? 2 : 1;
-    for (int i = 0; i < windows; ++i) {
-        if (i > 0) Sleep(1000);
-        CreateWindowExW(0, class_name.c_str(), L"resident", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr, nullptr,
-                        nullptr, nullptr);
-    }
+    CreateWindowExW(0, class_name.c_str(), L"resident", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr, nullptr,
+                    nullptr, nullptr);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
 }

@@ -19,13 +19,6 @@ namespace {
 const std::wstring search_manager_class = L"Software\\Classes\\CLSID\\{7D096C5F-AC08-4F1F-BEB7-5C22C517CE39}";
 const std::wstring namespace_class = L"Software\\Classes\\CLSID\\{249AE234-08DF-4686-AAF3-5D80A15493BE}";
 
-std::filesystem::path system_powershell() {
-    wchar_t folder[MAX_PATH] = {};
-    GetSystemDirectoryW(folder, MAX_PATH);
-    // Where Wine puts it, on the search path.
-    return std::filesystem::path(folder) / L"WindowsPowerShell\\v1.0\\powershell.exe";
-}
-
 // The index watch of the short-timers tray: a sample every 2 s and a stall limit of one minute.
 class index_watch_tray : public tray_test {
 protected:
@@ -73,9 +66,11 @@ protected:
 
 // Without Windows Search the status is unavailable; with the manager double, its counts decide. Five
 // items that do not move for the limit give the prompt once; a move allows a second one, whose
-// "Restart" runs the elevated command, and its exit code 1 shows the failure.
+// "Restart" runs the elevated command, and its exit code 1 shows the failure. (That exit code 0 ends
+// quietly is the core's.)
 TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_then_restarts_elevated) {
-    const system_program_double powershell(system_powershell());
+    // Where Wine puts it, on the search path.
+    const system_program_double powershell(known_folder(FOLDERID_System) / L"WindowsPowerShell\\v1.0\\powershell.exe");
     const log_mark log(tray_log_file());
     tray.emplace(true, short_timers_tray_exe());
     ASSERT_NE(tray->window(), nullptr);
@@ -100,13 +95,12 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
     EXPECT_TRUE(poll_until([&] { return desktop::find_colour(item, tray_badge::green & 0xFFFFFF, 40).has_value(); }))
         << "the indexing item's green dot";
     desktop::click_empty_desktop();
+    // Which status gives which namespace icon is the core's: the road to the registry is shown twice above.
     set_counts(5, 1000);
-    EXPECT_TRUE(namespace_shows(L"Windows Search indexing is in progress.", L"tessary_indexing-in-progress.ico"));
     EXPECT_TRUE(poll_until([&] { return desktop::find_colour(taskbar, tray_badge::gold & 0xFFFFFF, 40).has_value(); }))
         << "the gold badge";
     HWND prompt = wait_for_dialog(std::chrono::seconds(90));
     ASSERT_NE(prompt, nullptr) << "no prompt after a minute without progress";
-    EXPECT_TRUE(namespace_shows(L"Windows Search indexing appears to be stuck.", L"tessary_indexing-problem.ico"));
     EXPECT_TRUE(desktop::find_colour(taskbar, tray_badge::red & 0xFFFFFF, 40)) << "the red badge";
     desktop::keep_picture(L"index-stuck-prompt", {0, 0, width, height});
     EXPECT_NE(dialog_body(prompt).find(L": 5 item(s) are waiting to be indexed and no progress has been made in the "
@@ -119,28 +113,21 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
     // A second prompt for the same stall would come at the next sample, 2 s on.
     EXPECT_FALSE(wait_for_dialog(std::chrono::seconds(5), prompt)) << "Not now: no second prompt for the same stall";
 
-    // A move allows the next prompt. "Restart" with exit code 0 ends quietly (a failure dialog would
-    // come before the next prompt), with 1 it explains the failure.
-    for (const int exit_code : {0, 1}) {
-        SCOPED_TRACE(exit_code);
-        set_counts(6 + exit_code, 1000);
-        prompt = wait_for_dialog(std::chrono::seconds(90), prompt);
-        ASSERT_NE(prompt, nullptr);
-        EXPECT_NE(dialog_body(prompt).find(L": " + std::to_wstring(6 + exit_code) + L" item(s)"), std::wstring::npos)
-            << to_utf8(dialog_body(prompt));
-        powershell.runs.exit_with(exit_code);
-        PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
-        EXPECT_TRUE(poll_until([&] { return powershell.runs.records().size() == exit_code + 1u; }));
-    }
+    set_counts(6, 1000);
+    prompt = wait_for_dialog(std::chrono::seconds(90), prompt);
+    ASSERT_NE(prompt, nullptr);
+    EXPECT_NE(dialog_body(prompt).find(L": 6 item(s)"), std::wstring::npos) << to_utf8(dialog_body(prompt));
+    powershell.runs.exit_with(1);
+    PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
     const HWND failure = wait_for_dialog(std::chrono::seconds(20), prompt);
     ASSERT_NE(failure, nullptr) << "no failure dialog after exit code 1";
     EXPECT_EQ(dialog_body(failure),
               L"The Windows Search service could not be restarted. You can restart it manually from the Services app "
               L"(services.msc) or by restarting your computer.");
     const auto runs = powershell.runs.records();
-    ASSERT_EQ(runs.size(), 2u);
-    EXPECT_NE(runs[1].command_line.find(L"-NoProfile -WindowStyle Hidden -Command \"Restart-Service -Name WSearch -Force\""),
-              std::wstring::npos) << to_utf8(runs[1].command_line);
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_NE(runs[0].command_line.find(L"-NoProfile -WindowStyle Hidden -Command \"Restart-Service -Name WSearch -Force\""),
+              std::wstring::npos) << to_utf8(runs[0].command_line);
     PostMessageW(GetDlgItem(failure, IDOK), BM_CLICK, 0, 0);
 }
 

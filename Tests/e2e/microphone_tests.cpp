@@ -99,8 +99,9 @@ TEST_F(microphone_tray, shows_the_state_in_the_theme_colour_and_a_click_mutes) {
 }
 
 // Only while muted: the icon comes with the mute and goes when the microphone is on again. Only while
-// on: a click while it shows removes it. Both false remove it and stop the monitor; one setting back on
-// brings it at the next tick. After Explorer restarted, the icon comes back through the add road.
+// on brings it at the next tick (what a click does then is the core's table). Both false remove it and
+// stop the monitor; one setting back on brings it at the next tick. After Explorer restarted, the icon
+// comes back through the add road.
 TEST_F(microphone_tray, settings_show_it_only_while_muted_or_on_and_a_new_taskbar_gets_it_again) {
     write_settings(true, false);
     start(true);
@@ -111,10 +112,6 @@ TEST_F(microphone_tray, settings_show_it_only_while_muted_or_on_and_a_new_taskba
 
     write_settings(false, true);
     EXPECT_TRUE(icon_becomes(true)) << "on, at the next tick";
-    toggle();
-    EXPECT_TRUE(icon_becomes(false)) << "muted by the click";
-    endpoint_changed();
-    EXPECT_TRUE(icon_becomes(true)) << "on again";
 
     write_settings(false, false);
     EXPECT_TRUE(icon_becomes(false));
@@ -134,6 +131,6 @@ TEST_F(microphone_tray, without_a_sound_server_there_is_no_icon_and_the_tray_run
     toggle();
     EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: no default microphone to mute/unmute") > 0; }));
     endpoint_changed();
-    EXPECT_NE(SendMessageTimeoutW(tray->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, nullptr), 0);
+    EXPECT_TRUE(answers(tray->window(), 5000));
     EXPECT_FALSE(icon_shown(tray->window(), TRAY_ICON_MICROPHONE));
 }

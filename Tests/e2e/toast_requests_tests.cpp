@@ -22,7 +22,8 @@ using toast_requests = tray_test;
 
 }  // namespace
 
-// Each toast is drawn in the theme of its time, kept as a picture and clicked with the real pointer.
+// Each toast is drawn in the theme of its time, kept as a picture and clicked with the real pointer. (That
+// a clicked notification ends: the Win32 tier.)
 TEST_F(toast_requests, a_click_on_a_toast_starts_what_its_request_names) {
     running_tray tray;
     ASSERT_NE(tray.window(), nullptr);
@@ -55,7 +56,6 @@ TEST_F(toast_requests, a_click_on_a_toast_starts_what_its_request_names) {
         desktop::keep_picture(c.dark ? L"toast-dark" : L"toast-light", r);
         ASSERT_TRUE(desktop::click({(r.left + r.right) / 2, (r.top + r.bottom) / 2}, 1));
         EXPECT_EQ(runs.wait(), std::vector<std::vector<std::wstring>>{c.arguments});
-        EXPECT_TRUE(poll_until([&] { return !IsWindow(notification); })) << "the clicked notification stays";
     }
 }
 

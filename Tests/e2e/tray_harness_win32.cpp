@@ -5,7 +5,7 @@
 #include "e2e/tray_presentation_desktop_win32.h"
 #include "logging/log_format.h"
 #include "platform/paths_win32.h"
-#include "toasts/tray_toast_ipc.h"
+#include "toasts/tray_toast_ipc_win32.h"
 #include "tray_messages.h"
 
 #include <shellapi.h>
@@ -45,6 +45,14 @@ std::filesystem::path tray_log_file() {
 
 std::filesystem::path settings_file() {
     return local_app_data_folder() / L"Kestrane\\Veldrake\\Settings\\High Level Settings.json";
+}
+
+std::filesystem::path known_folder(REFKNOWNFOLDERID id) {
+    PWSTR path = nullptr;
+    SHGetKnownFolderPath(id, 0, nullptr, &path);
+    std::filesystem::path result = path ? path : L"";
+    CoTaskMemFree(path);
+    return result;
 }
 
 void reset_tray_state() {
@@ -114,6 +122,13 @@ system_program_double::~system_program_double() {
     std::filesystem::copy_file(saved_, program_, std::filesystem::copy_options::overwrite_existing, ignored);
 }
 
+resident::resident(const wchar_t* name, const std::string& mode)
+    : program_(sibling_doubles::install_copy(fresh_folder(std::wstring(L"resident-") + name) / name)) {
+    sibling_doubles::control(program_, program_.parent_path() / L"record.txt", "0", mode);
+    process_ = child_process::start(program_);
+    poll_until([&] { return !sibling_doubles::read_records(program_.parent_path() / L"record.txt").empty(); });
+}
+
 bool icon_shown(HWND tray, UINT id) { return notify_icon(NIM_MODIFY, tray, id); }
 
 bool restart_explorer(HWND tray, UINT id) {
@@ -129,10 +144,8 @@ LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD by
     return static_cast<LRESULT>(reply);
 }
 
-bool request_toast(HWND tray, const std::wstring& title) {
-    const std::wstring payload =
-        tray_toast_ipc::encode_toast_request({L"", L"", title, L"text", tray_toast_ipc::toast_click_action::none, L""});
-    return send_copy_data(tray, tray_toast_ipc::TOAST_COPYDATA_ID, payload.c_str(), 2 * (payload.size() + 1)) == 1;
+bool request_toast(const std::wstring& title) {
+    return tray_toast_ipc::send_toast_request({L"", L"", title, L"text", tray_toast_ipc::toast_click_action::none, L""});
 }
 
 running_tray::running_tray(bool expect_window, const std::filesystem::path& exe)

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shlobj.h>
+
 #include "common/wine_process_win32.h"
 #include "doubles/sibling_doubles_win32.h"
 
@@ -26,6 +28,9 @@ std::filesystem::path tray_data_root();
 std::filesystem::path tray_log_file();
 // The suite's settings file, which the tray polls.
 std::filesystem::path settings_file();
+
+// A folder the shell knows, such as FOLDERID_Downloads or FOLDERID_System.
+std::filesystem::path known_folder(REFKNOWNFOLDERID id);
 
 // Removes the tray's data folder and the gate, so that each test starts from a fresh user.
 void reset_tray_state();
@@ -71,6 +76,19 @@ public:
     const recorded_runs runs;
 };
 
+// A copy of the sibling double under `name` in a folder of the test's own, started to live as `mode` says
+// and running once it has recorded its start; ended with the test.
+class resident {
+public:
+    resident(const wchar_t* name, const std::string& mode);
+    ~resident() { process_.terminate(); }
+    const child_process& process() const { return process_; }
+
+private:
+    std::filesystem::path program_;
+    child_process process_;
+};
+
 // Whether the taskbar holds the tray's icon `id`: a change of nothing succeeds only for an icon it has.
 bool icon_shown(HWND tray, UINT id);
 // A staged Explorer restart: the old taskbar takes the icon `id` along (false if it had none), then the
@@ -80,7 +98,7 @@ bool restart_explorer(HWND tray, UINT id);
 // Sends WM_COPYDATA with `bytes` of `payload` to the tray, as a sibling does; its answer.
 LRESULT send_copy_data(HWND tray, ULONG_PTR id, const wchar_t* payload, DWORD bytes);
 // A toast request for `title` with the text "text", as a sibling sends it; whether it was taken.
-bool request_toast(HWND tray, const std::wstring& title);
+bool request_toast(const std::wstring& title);
 
 class running_tray {
 public:

@@ -1,5 +1,6 @@
 #include "e2e/tray_presentation_desktop_win32.h"
 
+#include "common/pixels_win32.h"
 #include "common/wine_process_win32.h"
 
 #include <algorithm>
@@ -15,20 +16,15 @@ std::string quoted(const std::filesystem::path& p) { return "'" + unix_path(p) +
 // The screen's pixels in `area`, 0x00RRGGBB row by row, read back through GDI.
 std::vector<uint32_t> capture(const RECT& area) {
     const int width = area.right - area.left, height = area.bottom - area.top;
-    std::vector<uint32_t> rgb(static_cast<size_t>(width) * height);
     const HDC screen = GetDC(nullptr);
     const HDC memory = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
-    const HGDIOBJ old = SelectObject(memory, bitmap);
+    const unique_hgdiobj bitmap(CreateCompatibleBitmap(screen, width, height));
+    const HGDIOBJ old = SelectObject(memory, bitmap.get());
     BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
     SelectObject(memory, old);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), rgb.data(), &info, DIB_RGB_COLORS);
-    DeleteObject(bitmap);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
-    return rgb;
+    return test_pixels::read_bitmap(static_cast<HBITMAP>(bitmap.get())).argb;
 }
 
 }  // namespace

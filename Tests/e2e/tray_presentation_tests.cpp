@@ -120,20 +120,18 @@ TEST_F(tray_presentation, badge_restart_double_click_and_pages) {
     const RECT icon = start();
 
     const RECT around{icon.left - 8, icon.top - 8, icon.right + 8, icon.bottom + 8};
-    // Up to date, then a minor and a major update; the theme is read again at each change.
-    const struct { const wchar_t* name; WPARAM update; uint32_t shows, not_shown; } states[] = {
-        {L"plain", 2, 0, tray_badge::red}, {L"gold", 4, tray_badge::gold, tray_badge::red},
-        {L"red", 8, tray_badge::red, tray_badge::gold}};
+    // Up to date, then a major update; the theme is read again at each change. (Which state gives which
+    // colour is the core's; the gold badge of a real check: the update tests.)
+    const struct { const wchar_t* name; WPARAM update; bool badge; } states[] = {
+        {L"plain", 2, false}, {L"red", 8, true}};
     for (const bool dark : {false, true}) {
         set_theme(dark);
         for (const auto& state : states) {
             SCOPED_TRACE(to_utf8(state.name) + (dark ? " dark" : " light"));
             PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, state.update, 0);
             EXPECT_TRUE(poll_until([&] {
-                return !badge_shows(icon, state.not_shown & 0xFFFFFF) &&
-                       (!state.shows || badge_shows(icon, state.shows & 0xFFFFFF));
+                return badge_shows(icon) == state.badge && !badge_shows(icon, tray_badge::gold & 0xFFFFFF);
             }));
-            EXPECT_FALSE(!state.shows && badge_shows(icon, tray_badge::gold & 0xFFFFFF));
             desktop::keep_picture(std::wstring(L"icon-") + state.name + (dark ? L"-dark" : L"-light"), around);
         }
     }

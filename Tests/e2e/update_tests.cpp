@@ -5,9 +5,6 @@
 #include "toasts/notification_window_win32.h"
 #include "tray_messages.h"
 
-#include <knownfolders.h>
-#include <shlobj.h>
-
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -19,14 +16,6 @@ namespace {
 
 const std::wstring NOTICE_KEY = L"Software\\Kestrane\\Veldrake";
 constexpr const char* DOWNLOAD_PATH = "products/veldrake/Downloads/Public/";
-
-std::filesystem::path known_folder(REFKNOWNFOLDERID id) {
-    PWSTR path = nullptr;
-    SHGetKnownFolderPath(id, 0, nullptr, &path);
-    std::filesystem::path result = path ? path : L"";
-    CoTaskMemFree(path);
-    return result;
-}
 
 std::string quoted(const std::filesystem::path& p) { return "'" + desktop::unix_path(p) + "'"; }
 
@@ -175,8 +164,6 @@ TEST_F(updates_e2e, a_stalled_check_blocks_no_window_a_404_is_logged_and_an_up_t
     }
     // The index watch logs its samples meanwhile; only the version check must still be waiting.
     for (const auto& line : mark.messages()) EXPECT_EQ(line.find("Public version check"), std::string::npos) << line;
-    EXPECT_TRUE(windows_of(tray->process().id(), toast_utilities::NOTIFICATION_WINDOW_CLASS).empty())
-        << "no version recorded: no notice at five seconds";
     site.flag("stall", false);
     EXPECT_TRUE(poll_until([&] {
         return mark.count("[WARNING] Public version check: unexpected HTTP status 404, ignoring the response") > 0;
@@ -191,8 +178,8 @@ TEST_F(updates_e2e, a_stalled_check_blocks_no_window_a_404_is_logged_and_an_up_t
 }
 
 // Another version recorded at the last start: "Update installed" after five seconds, whose click
-// opens What's new, and this version is recorded. (Without a record the stalled check's test sees no
-// notice; that an equal one gives none is the core's.)
+// opens What's new, and this version is recorded. (That no record or an equal one gives none is the
+// core's.)
 TEST_F(updates_e2e, a_changed_recorded_version_gives_the_notice_once) {
     site.version("v1.0.10.0");
     test_registry::set_string(HKEY_CURRENT_USER, NOTICE_KEY, L"LastInstalledVersion", L"v1.0.9.0");

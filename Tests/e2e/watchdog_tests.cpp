@@ -25,15 +25,15 @@ using tray_watchdog = tray_test;
 
 // The short-timers tray's hang threshold is 3 s. Names sort the other way round from times, so the
 // pruning can only be right by time. A stall under the threshold and a modal menu (no hang) are left to
-// the core's timelines: each stall here costs real seconds.
+// the core's timelines, and which names count as dumps to its pruning table: each stall here costs real
+// seconds.
 TEST_F(tray_watchdog, a_hang_is_logged_dumped_in_place_of_the_oldest_dumps_and_its_end_reported) {
     const auto logs = tray_log_file().parent_path();
     std::filesystem::create_directories(logs);
-    const std::wstring kept[] = {L"Tray hang 2026-01-01_00.00.01.dmp", L"Tray hang 2026-01-01_00.00.02.dmp",
-                                 L"tray hang 2025-01-01_00.00.00.dmp", L"Tray hang notes.txt"};
+    const std::wstring kept[] = {L"Tray hang 2026-01-01_00.00.01.dmp", L"Tray hang 2026-01-01_00.00.02.dmp"};
     const std::wstring names[] = {kept[0], kept[1], L"Tray hang 2026-01-01_00.00.03.dmp",
-                                  L"Tray hang 2026-01-01_00.00.04.dmp", kept[2], kept[3]};
-    for (int age = 0; age < 6; ++age) {
+                                  L"Tray hang 2026-01-01_00.00.04.dmp"};
+    for (int age = 0; age < 4; ++age) {
         std::ofstream(logs / names[age]) << "old";
         std::filesystem::last_write_time(logs / names[age], std::filesystem::file_time_type::clock::now() -
                                                                 std::chrono::hours(age + 1));
@@ -67,10 +67,9 @@ TEST_F(tray_watchdog, a_hang_is_logged_dumped_in_place_of_the_oldest_dumps_and_i
     const std::string wrote = "[ERROR] [watchdog] Wrote ";
     ASSERT_TRUE(messages[1].starts_with(wrote)) << messages[1];
     const std::filesystem::path dump = to_wide(messages[1].substr(wrote.size()));
+    // Under Wine the recovery is seen only after the dump (seconds, a minute on a busy machine); what its
+    // figure holds is the core's timeline.
     EXPECT_TRUE(messages[2].starts_with("[WARNING] [watchdog] UI thread responsive again after ")) << messages[2];
-    // Under Wine the recovery is seen only after the dump (seconds, a minute on a busy machine), so its
-    // figure holds the dump's time too.
-    EXPECT_GE(figure(messages[2]), figure(messages[0])) << messages[2];
 
     char magic[4] = {};
     std::ifstream(dump, std::ios::binary).read(magic, 4);
@@ -78,7 +77,7 @@ TEST_F(tray_watchdog, a_hang_is_logged_dumped_in_place_of_the_oldest_dumps_and_i
     std::set<std::wstring> found;
     for (const auto& e : std::filesystem::directory_iterator(logs)) found.insert(e.path().filename().wstring());
     EXPECT_EQ(found, std::set<std::wstring>(
-                         {kept[0], kept[1], kept[2], kept[3], dump.filename().wstring(), tray_log_file().filename().wstring()}));
+                         {kept[0], kept[1], dump.filename().wstring(), tray_log_file().filename().wstring()}));
     EXPECT_EQ(dump.parent_path(), logs);
 
     EXPECT_EQ(tray.close(), 0u) << "WM_CLOSE from another process still ends it with code 0";
