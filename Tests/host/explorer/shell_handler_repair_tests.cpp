@@ -51,6 +51,7 @@ TEST(shell_handler_repair, empty_arguments_do_nothing) {
                  thumbnail_provider_is_registered(r, L".vdk", SUITE_HANDLER_CLASS, L""));
     register_icon_handler(r, L"", SUITE_HANDLER_CLASS, REMEMBERED_ICON_HANDLER);
     register_thumbnail_provider(r, L".vdk", SUITE_HANDLER_CLASS, L"", REMEMBERED_THUMBNAIL_PROVIDER);
+    register_thumbnail_provider(r, L"", SUITE_HANDLER_CLASS, THUMBNAIL_PROVIDER_INTERFACE, REMEMBERED_THUMBNAIL_PROVIDER);
     EXPECT_EQ(repair_hijacked_handlers(r, {L"", L".vdk"}, L"", THUMBNAIL_PROVIDER_INTERFACE, L"x", {}), 0);
     EXPECT_EQ(r.calls, before);
 }

@@ -117,7 +117,7 @@ TEST(pending_windows, prune_drops_gone_reused_and_old_windows) {
 namespace {
 // Item 1 is the node, with children 2, 3 and 4; only 3 has subfolders.
 struct fake_tree final : navigation_tree {
-    std::set<item> refuse, not_sticking;
+    std::set<item> refuse, not_sticking, unknown_kind, unknown_state;
     std::map<item, bool> expanded;
     std::optional<item> found = 1;
     bool loaded = true;
@@ -126,10 +126,14 @@ struct fake_tree final : navigation_tree {
         if (!not_sticking.count(node) && !refuse.count(node)) expanded[node] = on;
         return !refuse.count(node);
     }
-    std::optional<bool> is_expanded(item node) override { return expanded[node]; }
+    std::optional<bool> is_expanded(item node) override {
+        return unknown_state.count(node) ? std::nullopt : std::optional<bool>(expanded[node]);
+    }
     std::optional<item> first_child(item) override { return loaded ? std::optional<item>(2) : std::nullopt; }
     std::optional<item> next_sibling(item node) override { return node < 4 ? std::optional<item>(node + 1) : std::nullopt; }
-    std::optional<bool> has_subfolders(item node) override { return node == 3; }
+    std::optional<bool> has_subfolders(item node) override {
+        return unknown_kind.count(node) ? std::nullopt : std::optional<bool>(node == 3);
+    }
 };
 }  // namespace
 
@@ -157,6 +161,16 @@ TEST(navigation_display, modes_collapse_or_expand_one_or_two_levels) {
         EXPECT_EQ(tree.expanded[1], c.node_expanded);
         EXPECT_EQ(log.lines, std::vector<std::wstring>(c.mode == expand_second && c.done,
                                                        L"[navigation-display] Expanded ::{249AE234-08DF-4686-AAF3-5D80A15493BE} two levels (3 children)"));
+    }
+    // What the tree cannot tell: a child of unknown kind is a leaf (not even tried, so its refusal does not
+    // count), and an unknown state is not expanded.
+    for (const bool kind_unknown : {true, false}) {
+        fake_tree tree;
+        if (kind_unknown) tree.unknown_kind = tree.refuse = {3};
+        else tree.unknown_state = {3};
+        recorded log;
+        EXPECT_EQ(apply_navigation_display(tree, SEARCH_FILTERS_NODE, navigation_display_mode::expand_second, log.sink()),
+                  kind_unknown);
     }
 }
 
