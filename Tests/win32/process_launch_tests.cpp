@@ -135,5 +135,4 @@ TEST_F(launch_test, settings_app_starts_directly_in_its_folder_when_not_elevated
     const std::wstring text = settings_app::start_failure_text(std::make_exception_ptr(process_launch::com_failure{E_OUTOFMEMORY}));
     EXPECT_EQ(text.rfind(L"The Veldrake Settings app could not be started.\n\n", 0), 0u);
     EXPECT_NE(text.find(L"0x8007000E"), std::wstring::npos) << to_utf8(text);
-    EXPECT_EQ(mark.messages().size(), 2u);
 }
