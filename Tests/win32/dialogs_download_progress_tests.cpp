@@ -36,24 +36,17 @@ struct download_dialog_thread {
 
 }  // namespace
 
-TEST(download_progress_dialog, bar_follows_percents_posted_from_the_download_thread) {
-    download_dialog_thread d;
-    ASSERT_NE(d.window.load(), nullptr);
-    EXPECT_EQ(GetWindowLongPtrW(d.window, GWL_STYLE) & WS_SYSMENU, 0) << "Cancel is the only way out";
-    void* callback = nullptr;
-    ASSERT_EQ(d.dialog.QueryInterface(IID_IBindStatusCallback, &callback), S_OK) << "what the download asks for";
-    EXPECT_EQ(callback, static_cast<IBindStatusCallback*>(&d.dialog));
-    // This thread is not the dialog's, as the download's is not. Which percents are posted, the host tests pin.
-    EXPECT_EQ(d.dialog.OnProgress(250, 1000, 0, nullptr), S_OK);
-    EXPECT_TRUE(poll_until([&] { return d.position() == 25; }));
-}
-
-TEST(download_progress_dialog, cancel_and_close_set_the_flag_disable_the_button_and_abort_the_download) {
-    // WM_CLOSE is Alt+F4, or another program ending this one politely.
+// The bar follows a percent posted from a thread that is not the dialog's, as the download's is not
+// (which percents are posted, the host tests pin). Cancel, and WM_CLOSE (Alt+F4, or another program
+// ending this one politely), then set the flag, disable the button and abort the download.
+TEST(download_progress_dialog, bar_follows_posted_percents_and_cancel_or_close_abort_the_download) {
     for (const bool close : {false, true}) {
         SCOPED_TRACE(close ? "WM_CLOSE" : "Cancel");
         download_dialog_thread d;
         ASSERT_NE(d.window.load(), nullptr);
+        EXPECT_EQ(GetWindowLongPtrW(d.window, GWL_STYLE) & WS_SYSMENU, 0) << "Cancel is the only way out";
+        EXPECT_EQ(d.dialog.OnProgress(250, 1000, 0, nullptr), S_OK);
+        EXPECT_TRUE(poll_until([&] { return d.position() == 25; }));
         const HWND cancel = GetDlgItem(d.window, ID_DOWNLOAD_CANCEL);
         EXPECT_TRUE(IsWindowEnabled(cancel));
         PostMessageW(close ? d.window.load() : cancel, close ? WM_CLOSE : BM_CLICK, 0, 0);

@@ -4,18 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <stdexcept>
 
-// One task throws a standard error and one something else: each leaves one ERROR line, and this
-// process, which an escaping exception would end, goes on.
+// A task that throws leaves one ERROR line with its name, and this process, which an escaping
+// exception would end, goes on. (That what is no std::exception is caught too, the host tests show.)
 TEST(process_background_task, a_throwing_task_leaves_one_error_line_and_the_process_running) {
     const test_support::log_mark mark(test_log_path());
     run_background_task(L"standard_failure", [] { throw std::runtime_error("the disk is gone"); });
-    run_background_task(L"unknown_failure", [] { throw 42; });
     std::vector<std::string> logged;
-    test_support::poll_until([&] { return (logged = mark.messages()).size() >= 2; });
-    std::sort(logged.begin(), logged.end());
-    EXPECT_EQ(logged, (std::vector<std::string>{"[ERROR] standard_failure failed: the disk is gone",
-                                                "[ERROR] unknown_failure failed with unknown exception"}));
+    test_support::poll_until([&] { return !(logged = mark.messages()).empty(); });
+    EXPECT_EQ(logged, std::vector<std::string>{"[ERROR] standard_failure failed: the disk is gone"});
 }

@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-#include <thread>
 
 namespace {
 
@@ -110,8 +109,7 @@ TEST_F(launch_test, DISABLED_desktop_road_starts_the_program_through_the_running
     EXPECT_EQ(next_run().command_line, quoted(L"--desktop-road"));
 }
 
-// Wine's tray is always elevated, so the direct road runs only when the test says it is not. (The
-// elevated road is the shell's, which the Settings dialog test below takes.)
+// Wine's tray is always elevated, so the direct road runs only when the test says it is not.
 TEST_F(launch_test, settings_app_starts_directly_in_its_folder_when_not_elevated_and_reports_a_failed_start) {
     settings_app::start_settings_app(program.wstring(), L"--open-tab=settings", false);
     const auto run = next_run();
@@ -137,31 +135,4 @@ TEST_F(launch_test, settings_app_starts_directly_in_its_folder_when_not_elevated
     const std::wstring text = settings_app::start_failure_text(std::make_exception_ptr(process_launch::com_failure{E_OUTOFMEMORY}));
     EXPECT_EQ(text.rfind(L"The Veldrake Settings app could not be started.\n\n", 0), 0u);
     EXPECT_NE(text.find(L"0x8007000E"), std::wstring::npos) << to_utf8(text);
-    EXPECT_EQ(mark.messages().size(), 2u);
-}
-
-// The road of the tray's Settings commands, elevated as under Wine: the shell roads are closed and
-// Veldrake.exe beside the program is missing, so launch_via_shell's direct start fails too, leaves
-// its error for the caller, and the user is told why.
-TEST(settings_app_failure, is_logged_and_explained_in_a_dialog) {
-    close_shell_roads(true);
-    const scope_exit reopen([] { close_shell_roads(false); });
-    const auto settings = test_support::this_program().parent_path() / L"Veldrake.exe";
-    const auto away = std::filesystem::path(settings).concat(L".away");
-    std::filesystem::rename(settings, away);
-    const scope_exit restore([&] { std::filesystem::rename(away, settings); });
-    const test_support::log_mark mark(test_log_path());
-    std::thread opener([] { settings_app::open_settings_tab_direct("settings"); });
-    const HWND dialog = test_support::wait_for_window(GetCurrentProcessId(), L"#32770", L"Veldrake");
-    if (!dialog) opener.detach();
-    ASSERT_NE(dialog, nullptr) << "no failure dialog";
-    const std::wstring text = test_support::dialog_body(dialog);
-    PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    opener.join();
-    EXPECT_EQ(text.rfind(L"The Veldrake Settings app could not be started.\n\n" + settings.wstring() + L"\n\n", 0), 0u)
-        << to_utf8(text);
-    EXPECT_TRUE(text.ends_with(L" (error 2)")) << to_utf8(text);
-    EXPECT_EQ(mark.messages(),
-              std::vector<std::string>{"[ERROR] Failed to launch the Settings app " + to_utf8(settings.wstring()) +
-                                       " --open-tab=settings: error 2"});
 }
