@@ -117,7 +117,7 @@ TEST_F(index_watch_tray, follows_the_search_manager_and_prompts_once_per_stall_t
     prompt = wait_for_dialog(std::chrono::seconds(90), prompt);
     ASSERT_NE(prompt, nullptr);
     EXPECT_NE(dialog_body(prompt).find(L": 6 item(s)"), std::wstring::npos) << to_utf8(dialog_body(prompt));
-    powershell.runs.exit_with(1);
+    powershell.runs.exit_with("1");
     PostMessageW(GetDlgItem(prompt, IDOK), BM_CLICK, 0, 0);
     const HWND failure = wait_for_dialog(std::chrono::seconds(20), prompt);
     ASSERT_NE(failure, nullptr) << "no failure dialog after exit code 1";
