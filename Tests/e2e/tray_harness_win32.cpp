@@ -15,7 +15,6 @@ namespace e2e {
 namespace {
 
 const std::wstring personalize = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-const std::wstring dwm = L"Software\\Microsoft\\Windows\\DWM";
 const std::wstring dll_overrides = L"Software\\Wine\\DllOverrides";
 
 bool notify_icon(DWORD message, HWND tray, UINT id) {
@@ -67,13 +66,11 @@ void reset_tray_state() {
 
 void tray_test::set_theme(bool dark) {
     test_registry::set_dword(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", dark ? 0 : 1);
-    test_registry::set_dword(HKEY_CURRENT_USER, dwm, L"AccentColor", 0xFFD77800);
 }
 
 void tray_test::TearDown() {
     desktop::click_empty_desktop();
     test_registry::delete_value(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme");
-    test_registry::delete_value(HKEY_CURRENT_USER, dwm, L"AccentColor");
     // A tray that the test did not start itself (a sender did) ends through its window.
     if (HWND tray = FindWindowW(TRAY_WINDOW_CLASS, nullptr)) PostMessageW(tray, WM_CLOSE, 0, 0);
     if (!poll_until([] { return FindWindowW(TRAY_WINDOW_CLASS, nullptr) == nullptr; })) {

@@ -40,7 +40,7 @@ class tray_test : public testing::Test {
 protected:
     void SetUp() override { reset_tray_state(); }
     void TearDown() override;
-    // The user's theme: dark or light apps, and the accent that the hover colours come from.
+    // The user's theme: dark or light apps.
     static void set_theme(bool dark);
 };
 
