@@ -30,14 +30,5 @@ inline std::wstring get_string(HKEY root, const std::wstring& key, const wchar_t
 
 inline void delete_value(HKEY root, const std::wstring& key, const wchar_t* name) { RegDeleteKeyValueW(root, key.c_str(), name); }
 inline void delete_tree(HKEY root, const std::wstring& key) { RegDeleteTreeW(root, key.c_str()); }
-// Deletes `key` and then each parent that it leaves empty, so that a test leaves the hive as it found it.
-inline void delete_tree_and_empty_parents(HKEY root, std::wstring key) {
-    RegDeleteTreeW(root, key.c_str());
-    // RegDeleteKeyW refuses a key with subkeys: it stops at the first parent still in use.
-    for (size_t slash = key.rfind(L'\\'); slash != std::wstring::npos; slash = key.rfind(L'\\')) {
-        key.resize(slash);
-        if (RegDeleteKeyW(root, key.c_str()) != ERROR_SUCCESS) return;
-    }
-}
 
 }  // namespace test_registry

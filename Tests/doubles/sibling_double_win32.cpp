@@ -9,6 +9,7 @@
 // Each run appends one line: show command, console, working folder, command line, separated by tabs.
 #include <windows.h>
 
+#include "platform/paths_win32.h"
 #include "platform/string_conversion.h"
 
 #include <filesystem>
@@ -63,10 +64,8 @@ void live(const std::string& mode) {
 }  // namespace
 
 int wmain() {
-    std::wstring self(32768, L'\0');
-    self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
-    std::wstring folder(32768, L'\0');
-    folder.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data()));
+    const std::wstring self = module_file_name().wstring();
+    const std::wstring folder = std::filesystem::current_path().wstring();
 
     std::ifstream control(std::filesystem::path(self + L".control"), std::ios::binary);
     std::string record, codes, mode;

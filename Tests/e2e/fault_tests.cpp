@@ -1,5 +1,4 @@
 #include "common/test_registry_win32.h"
-#include "doubles/sibling_doubles_win32.h"
 #include "e2e/tray_harness_win32.h"
 #include "process/process_tools_win32.h"
 #include "toasts/notification_window_win32.h"
@@ -26,24 +25,31 @@ using faults = tray_test;
 
 }  // namespace
 
-// The tray starts hidden, registered and logging from its window thread. Then what the world may do to
-// it, one row each: after each it still runs, answers within a second and keeps what it should; at the
-// end a polite shutdown of the whole process ends it. (Appending to the day's log across starts: the
-// Win32 tier.)
+// The installer's maintenance process, recorded with its true creation time, keeps the tray away, and
+// it creates nothing; the same id with another creation time is a recycled one, and the tray starts
+// hidden, registered and logging from its window thread. Then what the world may do to it, one row each:
+// after each it still runs, answers within a second and keeps what it should; at the end a polite
+// shutdown of the whole process ends it. (Appending to the day's log across starts: the Win32 tier; a
+// recorded process that has ended: the core's decision.)
 TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
     const std::wstring aumid = L"Software\\Classes\\AppUserModelId\\Kestrane.Veldrake";
     test_registry::delete_tree(HKEY_CURRENT_USER, aumid);  // written by this start, not an earlier one
+    const resident maintenance(L"Veldrake.Maintenance.exe", "sleep");
+    const std::wstring gate = L"SOFTWARE\\Kestrane\\Veldrake\\InstallerMaintenance";
+    test_registry::set_dword(HKEY_LOCAL_MACHINE, gate, L"Process", maintenance.process().id());
+    uint64_t created = maintenance.process().creation_time();
+    test_registry::set_value(HKEY_LOCAL_MACHINE, gate, L"Created", REG_QWORD, &created, sizeof(created));
+    EXPECT_EQ(running_tray(false).process().wait_exit(), 0u) << "kept away by the installer's maintenance";
+    EXPECT_FALSE(std::filesystem::exists(tray_data_root())) << "nothing is created when refused";
+    ++created;  // the same id, recycled
+    test_registry::set_value(HKEY_LOCAL_MACHINE, gate, L"Created", REG_QWORD, &created, sizeof(created));
     running_tray tray;
-    ASSERT_NE(tray.window(), nullptr) << "no window of class VeldrakeSystemTrayWnd";
     const HWND window = tray.window();
     const DWORD pid = tray.process().id();
     EXPECT_FALSE(IsWindowVisible(window));
-    EXPECT_EQ(window_text(window), TRAY_WINDOW_TITLE);
     // Written while the window is being created, so the window can be found a moment before them.
     poll_until([&] { return !test_registry::get_string(HKEY_CURRENT_USER, aumid, L"IconUri").empty(); });
     EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, aumid, L"DisplayName"), L"Veldrake");
-    EXPECT_EQ(test_registry::get_string(HKEY_CURRENT_USER, aumid, L"IconUri"),
-              (tray_exe().parent_path() / L"Content\\Icons\\veldrake-logo-ai.ico").wstring());
     const auto first = read_lines(tray_log_file());
     ASSERT_FALSE(first.empty());
     EXPECT_TRUE(first[0].ends_with(fmt::format("] [P:{} T:{}] [INFO] Starting logging for System Tray", pid,
@@ -53,7 +59,6 @@ TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
         << "the single-instance mutex, by its name, from another process";
     const auto logs = tray_log_file().parent_path();
     const std::wstring controller = L"Veldrake.ContextMenuReplacement.Controller.exe";
-    const auto controller_record = fresh_folder(L"hanging") / L"record.txt";
 
     const struct {
         const char* name;
@@ -113,21 +118,17 @@ TEST_F(faults, the_tray_outlives_each_and_keeps_what_it_should) {
          }},
         {"a sibling that hangs",
          [&] {
-             sibling_doubles::control(tray_exe().parent_path() / controller, controller_record, "0", "sleep");
+             const recorded_runs hanging(controller.c_str());
+             hanging.exit_with("0", "sleep");
              run_timer(window, TIMER_RECONCILE_DELAY);
-             ASSERT_TRUE(poll_until([&] { return !sibling_doubles::read_records(controller_record).empty(); }));
+             ASSERT_FALSE(hanging.wait().empty());
              EXPECT_TRUE(answers(window)) << "the reconcile waits on a thread of its own";
              // Let it go: the retry that follows exits at once.
-             sibling_doubles::control(tray_exe().parent_path() / controller, controller_record);
+             hanging.exit_with("0");
              // Only the tray starts the controller here.
-             const wchar_t* const hanging[] = {controller.c_str()};
-             for (const uint32_t hung : find_processes_by_name(hanging)) {
-                 const unique_handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, hung));
-                 TerminateProcess(process.get(), 1);
-                 WaitForSingleObject(process.get(), 5000);
-             }
-             EXPECT_TRUE(poll_until([&] { return sibling_doubles::read_records(controller_record).size() == 2; }));
-             sibling_doubles::remove_control(tray_exe().parent_path() / controller);
+             const wchar_t* const hung[] = {controller.c_str()};
+             end_processes(find_processes_by_name(hung), 0);
+             EXPECT_EQ(hanging.wait(2).size(), 2u);
          }},
         {"a flood while a toast shows",
          [&] {

@@ -33,7 +33,6 @@ protected:
         ASSERT_TRUE(GetEnvironmentVariableW(L"VELDRAKE_PULSE_SOCKET", nullptr, 0) && switch_sound_server(sound_server))
             << "scripts/wine_desktop starts PulseAudio, which scripts/bootstrap installs";
         tray.emplace();
-        ASSERT_NE(tray->window(), nullptr);
     }
 
     static void write_settings(bool when_muted, bool when_on) {
@@ -63,74 +62,39 @@ RECT microphone_slot() {
 
 }  // namespace
 
-// The icon shows the microphone on in the theme's colour; a click mutes it, redraws it in the muted
-// colour and tells the suite's on-screen indicator. Pictures of both states are kept per theme.
-TEST_F(microphone_tray, shows_the_state_in_the_theme_colour_and_a_click_mutes) {
-    const UINT osd_message = RegisterWindowMessageW(L"Veldrake.ShowMediaOsd");
-    const HWND listener = CreateWindowExW(0, L"STATIC", L"osd", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-    for (const bool dark : {false, true}) {
-        SCOPED_TRACE(dark ? "dark" : "light");
-        const std::wstring theme = dark ? L"-dark" : L"-light";
-        set_theme(dark);
-        start(true);
-        ASSERT_TRUE(icon_becomes(true));
-        // The glyph in the state's colour, scaled down by the shell from the full height of the icon.
-        const auto shows = [&](bool muted) {
-            const uint32_t rgb = microphone::icon_colour(muted, dark) & 0xFFFFFF;
-            std::optional<RECT> glyph;
-            return poll_until([&] { return (glyph = desktop::find_colour(microphone_slot(), rgb, 24)).has_value(); }) &&
-                   glyph->bottom - glyph->top >= 10;
-        };
-        // Wine's taskbar stays white in either theme: the white glyph of dark mode cannot be told from it
-        // there (the Win32 tier reads the icon's own pixels).
-        ASSERT_TRUE(dark || shows(false)) << "the glyph in the colour of a microphone that is on";
-        desktop::keep_picture(L"microphone-on" + theme, microphone_slot());
-        const log_mark log(tray_log_file());
-        ASSERT_TRUE(desktop::click(desktop::centre(microphone_slot()), 1));
-        EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: set mute state to true") > 0; }));
-        EXPECT_TRUE(shows(true)) << "the glyph in the muted colour";
-        desktop::keep_picture(L"microphone-muted" + theme, microphone_slot());
-        MSG osd{};
-        EXPECT_TRUE(poll_until([&] { return PeekMessageW(&osd, listener, osd_message, osd_message, PM_REMOVE) != 0; }));
-        EXPECT_EQ(osd.wParam, 6u) << "now muted";
-        tray.reset();
-    }
-    DestroyWindow(listener);
-}
-
-// Only while muted: the icon comes with the mute and goes when the microphone is on again. Only while
-// on brings it at the next tick (what a click does then is the core's table). Both false remove it and
-// stop the monitor; one setting back on brings it at the next tick. After Explorer restarted, the icon
-// comes back through the add road.
-TEST_F(microphone_tray, settings_show_it_only_while_muted_or_on_and_a_new_taskbar_gets_it_again) {
-    write_settings(true, false);
+// The icon shows the microphone on in the light theme's colour; a click mutes it and redraws it in the
+// muted colour. (Each state's colour in each theme is the Win32 tier's, which reads the icon's own
+// pixels: Wine's taskbar stays white in either theme, so the white glyph of dark mode could not be told
+// from it here anyway.) Then the settings decide. Only while muted: the icon goes while the microphone is
+// on, comes with the mute and goes when it is on again. Only while on brings it at the next tick (what a
+// click does then, and that both false stop the monitor, are the core's table). After Explorer restarted,
+// the icon comes back through the add road.
+TEST_F(microphone_tray, shows_the_state_a_click_mutes_the_settings_decide_and_a_new_taskbar_gets_it_again) {
     start(true);
+    ASSERT_TRUE(icon_becomes(true));
+    // The glyph in the state's colour, scaled down by the shell from the full height of the icon.
+    const auto shows = [&](bool muted) {
+        const uint32_t rgb = microphone::icon_colour(muted, false) & 0xFFFFFF;
+        std::optional<RECT> glyph;
+        return poll_until([&] { return (glyph = desktop::find_colour(microphone_slot(), rgb, 24)).has_value(); }) &&
+               glyph->bottom - glyph->top >= 10;
+    };
+    ASSERT_TRUE(shows(false)) << "the glyph in the colour of a microphone that is on";
+    const log_mark log(tray_log_file());
+    ASSERT_TRUE(desktop::click(desktop::centre(microphone_slot()), 1));
+    EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: set mute state to true") > 0; }));
+    EXPECT_TRUE(shows(true)) << "the glyph in the muted colour";
+
+    write_settings(true, false);
+    endpoint_changed();
+    EXPECT_TRUE(icon_becomes(false)) << "only while muted: on again";
     toggle();
     EXPECT_TRUE(icon_becomes(true)) << "muted";
     endpoint_changed();
     EXPECT_TRUE(icon_becomes(false)) << "on again";
-
     write_settings(false, true);
-    EXPECT_TRUE(icon_becomes(true)) << "on, at the next tick";
-
-    write_settings(false, false);
-    EXPECT_TRUE(icon_becomes(false));
-    write_settings(false, true);
-    EXPECT_TRUE(icon_becomes(true)) << "the monitor starts again and its request brings the icon";
-
+    EXPECT_TRUE(icon_becomes(true)) << "only while on: at the next tick";
     // A staged Explorer restart: the icon is gone, and the result after "TaskbarCreated" adds it again.
     ASSERT_TRUE(restart_explorer(tray->window(), TRAY_ICON_MICROPHONE));
     EXPECT_TRUE(icon_becomes(true));
-}
-
-// Without a sound server there is no capture device: no icon, a toggle logs that there is no
-// microphone, and the tray goes on answering.
-TEST_F(microphone_tray, without_a_sound_server_there_is_no_icon_and_the_tray_runs_on) {
-    const log_mark log(tray_log_file());
-    start(false);
-    toggle();
-    EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: no default microphone to mute/unmute") > 0; }));
-    endpoint_changed();
-    EXPECT_TRUE(answers(tray->window(), 5000));
-    EXPECT_FALSE(icon_shown(tray->window(), TRAY_ICON_MICROPHONE));
 }

@@ -40,7 +40,7 @@ class tray_test : public testing::Test {
 protected:
     void SetUp() override { reset_tray_state(); }
     void TearDown() override;
-    // The user's theme: dark or light apps, and the accent that the hover colours come from.
+    // The user's theme: dark or light apps.
     static void set_theme(bool dark);
 };
 
@@ -53,8 +53,10 @@ public:
     std::vector<std::vector<std::wstring>> wait(size_t count = 1) const;
     // The runs recorded so far, as the double saw them.
     std::vector<sibling_doubles::run_record> records() const { return sibling_doubles::read_records(record_); }
-    // From its next run on, the double exits with `exit_code`.
-    void exit_with(DWORD exit_code) const { sibling_doubles::control(program_, record_, exit_code); }
+    // From its next run on, the double exits with the next of `exit_codes` and lives as `mode` says.
+    void exit_with(const std::string& exit_codes, const std::string& mode = "") const {
+        sibling_doubles::control(program_, record_, exit_codes, mode);
+    }
 
 private:
     std::filesystem::path program_, record_;
@@ -66,8 +68,6 @@ class system_program_double {
 public:
     explicit system_program_double(const std::filesystem::path& program);
     ~system_program_double();
-    system_program_double(const system_program_double&) = delete;
-    system_program_double& operator=(const system_program_double&) = delete;
 
 private:
     std::filesystem::path program_, saved_;
@@ -102,7 +102,7 @@ bool request_toast(const std::wstring& title);
 
 class running_tray {
 public:
-    // Starts the tray; when `expect_window` is set, waits for its window.
+    // Starts the tray; when `expect_window` is set, waits for its window and fails the test without one.
     explicit running_tray(bool expect_window = true, const std::filesystem::path& exe = tray_exe());
     // A tray still running at the end is closed, then terminated if it does not go.
     ~running_tray();

@@ -69,14 +69,6 @@ bool click(POINT at, int button, int count) {
 
 bool click_empty_desktop() { return click({300, 200}, 1); }
 
-bool keep_picture(const std::wstring& name, const RECT& area) {
-    const auto folder = test_support::this_program().parent_path().parent_path() / L"artifacts" / L"tray_presentation";
-    std::filesystem::create_directories(folder);
-    const std::string geometry = std::to_string(area.right - area.left) + "x" + std::to_string(area.bottom - area.top) +
-                                 "+" + std::to_string(area.left) + "+" + std::to_string(area.top);
-    return run_unix("import -window root -crop " + geometry + " +repage " + quoted(folder / (name + L".png"))) == 0;
-}
-
 std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance) {
     const std::vector<uint32_t> pixels = capture(area);
     std::optional<RECT> box;

@@ -24,9 +24,6 @@ bool click(POINT at, int button, int count = 1);
 // Moves the pointer away, to a quiet spot of the desktop, and clicks there.
 bool click_empty_desktop();
 
-// Keeps `area` of the screen as <build>/artifacts/tray_presentation/<name>.png.
-bool keep_picture(const std::wstring& name, const RECT& area);
-
 // The bounding box of the pixels on screen within `tolerance` of `rgb` (0x00RRGGBB) in `area`, or nothing.
 std::optional<RECT> find_colour(const RECT& area, uint32_t rgb, int tolerance);
 

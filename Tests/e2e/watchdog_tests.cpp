@@ -11,36 +11,24 @@
 
 using namespace e2e;
 
-namespace {
-
-// The figure of a watchdog line that ends in "{} ms".
-uint64_t figure(const std::string& message) {
-    const auto ms = message.rfind(" ms");
-    return std::stoull(message.substr(message.rfind(' ', ms - 1) + 1));
-}
-
 using tray_watchdog = tray_test;
-
-}  // namespace
 
 // The short-timers tray's hang threshold is 3 s. Names sort the other way round from times, so the
 // pruning can only be right by time. A stall under the threshold and a modal menu (no hang) are left to
-// the core's timelines, and which names count as dumps to its pruning table: each stall here costs real
-// seconds.
+// the core's timelines, as are the figures the lines give, and which names count as dumps to its pruning
+// table: each stall here costs real seconds.
 TEST_F(tray_watchdog, a_hang_is_logged_dumped_in_place_of_the_oldest_dumps_and_its_end_reported) {
     const auto logs = tray_log_file().parent_path();
     std::filesystem::create_directories(logs);
     const std::wstring kept[] = {L"Tray hang 2026-01-01_00.00.01.dmp", L"Tray hang 2026-01-01_00.00.02.dmp"};
-    const std::wstring names[] = {kept[0], kept[1], L"Tray hang 2026-01-01_00.00.03.dmp",
-                                  L"Tray hang 2026-01-01_00.00.04.dmp"};
-    for (int age = 0; age < 4; ++age) {
+    const std::wstring names[] = {kept[0], kept[1], L"Tray hang 2026-01-01_00.00.03.dmp"};
+    for (int age = 0; age < 3; ++age) {
         std::ofstream(logs / names[age]) << "old";
         std::filesystem::last_write_time(logs / names[age], std::filesystem::file_time_type::clock::now() -
                                                                 std::chrono::hours(age + 1));
     }
 
     running_tray tray(true, short_timers_tray_exe());
-    ASSERT_NE(tray.window(), nullptr);
     // Suspended in the midst of its start, the window thread can hold a lock that the watchdog's own
     // thread needs (the loader's, the heap's), and then nothing at all is logged: wait until it idles.
     const unique_handle process(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, tray.process().id()));
@@ -63,7 +51,6 @@ TEST_F(tray_watchdog, a_hang_is_logged_dumped_in_place_of_the_oldest_dumps_and_i
     const auto messages = watchdog_lines();
     ASSERT_EQ(messages.size(), 3u) << fmt::format("{}", fmt::join(messages, "\n"));
     EXPECT_TRUE(messages[0].starts_with("[ERROR] [watchdog] UI thread has not handled a posted message for "));
-    EXPECT_GE(figure(messages[0]), 3000u) << messages[0];
     const std::string wrote = "[ERROR] [watchdog] Wrote ";
     ASSERT_TRUE(messages[1].starts_with(wrote)) << messages[1];
     const std::filesystem::path dump = to_wide(messages[1].substr(wrote.size()));
@@ -78,7 +65,6 @@ TEST_F(tray_watchdog, a_hang_is_logged_dumped_in_place_of_the_oldest_dumps_and_i
     for (const auto& e : std::filesystem::directory_iterator(logs)) found.insert(e.path().filename().wstring());
     EXPECT_EQ(found, std::set<std::wstring>(
                          {kept[0], kept[1], dump.filename().wstring(), tray_log_file().filename().wstring()}));
-    EXPECT_EQ(dump.parent_path(), logs);
 
     EXPECT_EQ(tray.close(), 0u) << "WM_CLOSE from another process still ends it with code 0";
 }
