@@ -67,8 +67,9 @@ RECT microphone_slot() {
 // pixels: Wine's taskbar stays white in either theme, so the white glyph of dark mode could not be told
 // from it here anyway.) Then the settings decide. Only while muted: the icon goes while the microphone is
 // on, comes with the mute and goes when it is on again. Only while on brings it at the next tick (what a
-// click does then, and that both false stop the monitor, are the core's table). After Explorer restarted,
-// the icon comes back through the add road.
+// click does then is the core's table). Both false remove it and stop the monitor; one back on starts it
+// again. After Explorer restarted, the icon comes back through the add road. A tray without a sound server
+// finds no microphone: no icon, and a click logs that there is none.
 TEST_F(microphone_tray, shows_the_state_a_click_mutes_the_settings_decide_and_a_new_taskbar_gets_it_again) {
     start(true);
     ASSERT_TRUE(icon_becomes(true));
@@ -94,7 +95,17 @@ TEST_F(microphone_tray, shows_the_state_a_click_mutes_the_settings_decide_and_a_
     EXPECT_TRUE(icon_becomes(false)) << "on again";
     write_settings(false, true);
     EXPECT_TRUE(icon_becomes(true)) << "only while on: at the next tick";
+    write_settings(false, false);
+    EXPECT_TRUE(icon_becomes(false)) << "both off";
+    write_settings(false, true);
+    EXPECT_TRUE(icon_becomes(true)) << "the monitor starts again and its request brings the icon";
     // A staged Explorer restart: the icon is gone, and the result after "TaskbarCreated" adds it again.
     ASSERT_TRUE(restart_explorer(tray->window(), TRAY_ICON_MICROPHONE));
     EXPECT_TRUE(icon_becomes(true));
+
+    tray.reset();
+    start(false);
+    toggle();
+    EXPECT_TRUE(poll_until([&] { return log.count("[INFO] Microphone: no default microphone to mute/unmute") > 0; }));
+    EXPECT_FALSE(icon_shown(tray->window(), TRAY_ICON_MICROPHONE));
 }
