@@ -111,7 +111,6 @@ TEST(registry_contract, treatment_string_is_replaced_and_foreign_dword_left_alon
         {"ours, still wanted", dword(0), true, true, L"image", 0, 0u, true},
         {"ours, suppress off", dword(0), true, false, L"image", 1, none, false},
         {"ours, no longer an image", dword(0), true, true, L"text", 1, none, false},
-        {"not wanted, nothing set", none, false, false, L"image", 0, none, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
