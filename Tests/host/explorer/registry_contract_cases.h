@@ -79,6 +79,16 @@ TEST(registry_contract, hijack_from_each_prog_id_source_is_repaired_once) {
     }
 }
 
+// Neither the suite's own value, an empty one nor none at all is an original to remember.
+TEST(registry_contract, only_a_foreign_original_is_remembered) {
+    for (const auto& present : {std::optional(CLS), std::optional(std::wstring()), std::optional<std::wstring>()}) {
+        test_registry t;
+        if (present) t.plant(icon_key(L"Foo.Doc"), L"", text(*present));
+        write_handler_value(t.r->port(), icon_key(L"Foo.Doc"), L"", CLS, REMEMBERED_ICON_HANDLER);
+        EXPECT_FALSE(t.query(icon_key(L"Foo.Doc"), REMEMBERED_ICON_HANDLER)) << to_utf8(present.value_or(L"(none)"));
+    }
+}
+
 TEST(registry_contract, appx_prog_ids_are_never_touched) {
     for (const std::wstring id : {L"AppX4hxtad77fbk3jkkeerkrm0ze94wjf3s9", L"appxq", L"APPX"}) {
         SCOPED_TRACE(to_utf8(id));
