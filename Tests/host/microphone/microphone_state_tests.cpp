@@ -95,7 +95,6 @@ TEST(microphone_state, settings_start_stop_retry_and_redraw_the_icon) {
 TEST(microphone_state, settings_come_from_media_keys_and_are_off_while_it_is_disabled) {
     for (const auto& [app, status, general, when_muted, when_on] :
          {std::tuple{"media-keys", "enabled", R"({"showMicrophoneOnTrayIcon": false})", true, false},
-          {"media-keys", "enabled", R"({"showMicrophoneMuteTrayIcon": false})", false, true},
           {"media-keys", "disabled", "{}", false, false}, {"other", "disabled", "{}", true, true}}) {
         SCOPED_TRACE(general);
         settings_sandbox sandbox;
