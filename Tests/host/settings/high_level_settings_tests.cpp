@@ -20,6 +20,8 @@ TEST(loaded_settings, a_document_that_does_not_parse_keeps_the_last_good_content
         {"brackets in a string after an escaped quote", sized(27, R"("\")" + nested(600) + R"(")"), 27},
         {"apps not an array", R"({"apps":{"app_id":"x","settings":{"size": 28}}})", 20},
         {"apps empty", R"({"apps":[]})", 0},
+        {"no member at all", "{}", 20},
+        {"a record with no member", R"({"apps":[{}]})", 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
