@@ -16,7 +16,3 @@ TEST(download_progress, posts_each_new_percent_once_and_nothing_for_an_unknown_l
     EXPECT_EQ(shown, (std::vector<int32_t>{0, 1, 99, 100, 50}));
     EXPECT_EQ(last, 50);
 }
-
-TEST(download_progress, lengths_scale_by_pixels_per_inch_and_truncate) {
-    EXPECT_EQ(download_progress::scale_truncated(25, 144), 37);  // 37.5, truncated where MulDiv rounds up
-}

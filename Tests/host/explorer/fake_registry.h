@@ -60,13 +60,12 @@ public:
         values* found = find(hive::current_user, key);
         return found && std::erase_if(*found, [&](const auto& v) { return explorer::equal_folded(v.first, name); }) > 0;
     }
-    std::optional<std::wstring> association_prog_id(const std::wstring& extension) override {
+    // The shell's association lookup never answers here.
+    std::optional<std::wstring> association_prog_id(const std::wstring&) override {
         ++calls;
-        const auto found = associations.find(extension);
-        return found == associations.end() ? std::nullopt : std::optional(found->second);
+        return std::nullopt;
     }
 
-    std::map<std::wstring, std::wstring> associations;  // extension -> ProgId
     int calls = 0;
     bool refuse_writes = false;  // no key opens for writing
 

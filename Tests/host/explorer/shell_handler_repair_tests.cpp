@@ -23,23 +23,6 @@ TEST(registry_port, string_values_need_a_string_type_and_a_terminator) {
                          as_dword(raw_value{REG_SZ_TYPE, "\x01\x02\x03\x04"s})), std::tuple(0x04030201u, std::nullopt, std::nullopt));
 }
 
-TEST(shell_handler_repair, prog_ids_come_in_source_order_without_repeats) {
-    fake_registry r;
-    const auto plant = [&](hive root, const std::wstring& key, const std::wstring& name, const std::wstring& data) {
-        r.plant(root, key, name, {REG_SZ_TYPE, string_bytes(data)});
-    };
-    r.associations[L".vdk"] = L"A.Assoc";
-    plant(hive::current_user, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\.vdk\\UserChoice", L"ProgId", L"B.Choice");
-    plant(hive::current_user, L"Software\\Classes\\.vdk", L"", L"C.User");
-    plant(hive::classes_root, L".vdk", L"", L"*");
-    for (const auto* name : {L"a.assoc", L"D.OpenWith", L"AppXfoo"}) plant(hive::current_user, L"Software\\Classes\\.vdk\\OpenWithProgids", name, L"");
-    for (const auto* name : {L"E.Machine", L"C.USER", L""}) plant(hive::local_machine, L"Software\\Classes\\.vdk\\OpenWithProgids", name, L"");
-    EXPECT_EQ(collect_prog_ids(r, L"vdk"), (std::vector<std::wstring>{L"A.Assoc", L"B.Choice", L"C.User", L"D.OpenWith", L"E.Machine"}));
-    EXPECT_TRUE(collect_prog_ids(r, L"").empty());
-    plant(hive::classes_root, L".vdk", L"", L"F.Root");
-    EXPECT_EQ(collect_prog_ids(r, L".vdk").at(3), L"F.Root");
-}
-
 TEST(shell_handler_repair, empty_arguments_do_nothing) {
     fake_registry r;
     r.plant(hive::current_user, L"Software\\Classes\\SystemFileAssociations\\.vdk\\ShellEx\\IconHandler", L"", {REG_SZ_TYPE, string_bytes(SUITE_HANDLER_CLASS)});

@@ -19,16 +19,11 @@ struct scripted_port final : package_port {
     std::map<std::wstring, std::vector<uint64_t>> registered;
     std::map<std::wstring, std::wstring> status;
     int32_t exit_code = 0;
-    int hook_rounds = 0;              // scans in which Explorer holds another build's hook
-    uint32_t maintenance_from = 99;   // the attempt at whose head maintenance runs
-    std::vector<uint32_t> surrogates;
 
-    uint32_t attempt = 0;
     std::vector<std::string> lines, commands;
-    std::vector<uint32_t> sleeps, ended;
-    int waits = 0;
+    std::vector<uint32_t> sleeps;
 
-    bool maintenance_running() override { return ++attempt >= maintenance_from; }
+    bool maintenance_running() override { return false; }
     std::optional<std::vector<folder_entry_info>> list_folder(std::wstring&) override { return entries; }
     package_identity read_identity(const std::filesystem::path& file) override {
         const auto found = identities.find(file.filename().wstring());
@@ -36,10 +31,10 @@ struct scripted_port final : package_port {
     }
     std::vector<uint64_t> registered_versions(const std::wstring& family) override { return registered[family]; }
     std::wstring status_text(const std::wstring& family) override { return status[family]; }
-    bool explorer_holds_other_hook() override { return hook_rounds-- > 0; }
-    void wait_for_explorer() override { ++waits; }
-    std::vector<uint32_t> older_surrogates(const std::wstring&, uint64_t) override { return surrogates; }
-    void end_surrogates(const std::vector<uint32_t>& ids) override { ended.insert(ended.end(), ids.begin(), ids.end()); }
+    bool explorer_holds_other_hook() override { return false; }
+    void wait_for_explorer() override {}
+    std::vector<uint32_t> older_surrogates(const std::wstring&, uint64_t) override { return {}; }
+    void end_surrogates(const std::vector<uint32_t>&) override {}
     int32_t run_powershell(const std::wstring& arguments) override {
         commands.push_back(to_utf8(arguments));
         if (exit_code == 0) {
@@ -105,26 +100,6 @@ TEST(package_registrations, takes_msix_files_of_any_case_and_warns_of_an_unreada
     EXPECT_EQ(port.sleeps, std::vector<uint32_t>(10, 30000)) << "a failed attempt settles 30 s";
     EXPECT_EQ(port.lines.back(), "WARNING Package registrations are still behind the installed packages after 10 "
                                  "attempts; the next tray start tries again");
-}
-
-TEST(package_registrations, waits_for_explorer_to_drop_another_hook_and_stops_for_maintenance) {
-    scripted_port hooked = one_package(v(1, 2, 3, 4), {v(1, 2, 3, 3)});
-    hooked.hook_rounds = 99;
-    complete_package_registrations(hooked, "C:/Suite");
-    EXPECT_EQ(hooked.waits, 10);
-    EXPECT_TRUE(hooked.commands.empty());
-    EXPECT_EQ(hooked.lines[9], "INFO 1 package registration(s) need updating, but Explorer still runs another build's "
-                               "Corvane hook; attempt 10 waits for Explorer to restart");
-
-    scripted_port maintenance = one_package(v(1, 2, 3, 4), {v(1, 2, 3, 3)});
-    maintenance.exit_code = 1;
-    maintenance.maintenance_from = 2;
-    maintenance.surrogates = {71, 72};
-    complete_package_registrations(maintenance, "C:/Suite");
-    EXPECT_EQ(maintenance.commands.size(), 1u) << "the second attempt ends at its gate";
-    EXPECT_EQ(maintenance.ended, (std::vector<uint32_t>{71, 72}));
-    EXPECT_EQ(maintenance.lines.front(), "INFO Package Veldrake.Corvane: ending 2 COM surrogate(s) still running an "
-                                         "earlier version");
 }
 
 TEST(package_registrations, quotes_for_powershell_and_prints_versions) {

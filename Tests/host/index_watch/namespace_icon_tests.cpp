@@ -1,4 +1,3 @@
-#include "host/settings/settings_sandbox.h"
 #include "index_watch/namespace_icon.h"
 
 #include <gtest/gtest.h>
@@ -18,23 +17,5 @@ TEST(namespace_icon, shows_the_status_unless_hidden_and_is_applied_only_when_it_
     for (const auto& x : steps) {
         const icon_selection none{L"", L"", x.value}, got = next_namespace_icon(applied, x.display_on, x.status).value_or(none);
         EXPECT_EQ(std::tie(got.icon_file, got.tip, got.value, applied), std::tie(x.icon, x.tip, x.value, x.value)) << x.status;
-    }
-}
-
-TEST(namespace_icon, display_is_off_only_when_the_app_is_disabled_or_the_setting_is_false) {
-    // Each sample polls the file: an unchanged stamp keeps what was read.
-    const struct { const char* document; int hour; bool on; } cases[] = {
-        {R"({"apps":[]})", 1, true},
-        {R"({"apps":[{"app_id":"tessary","status":"disabled"}]})", 2, false},
-        {R"({"apps":[]})", 2, false},
-        {R"({"apps":[{"app_id":"tessary","settings":{"general":{"showIndexingStatusOnNamespaceIcon":false}}}]})", 3, false},
-        {R"({"apps":[{"app_id":"tessary","settings":{"general":{"showIndexingStatusOnNamespaceIcon":0}}}]})", 4, true},
-    };
-    settings_sandbox sandbox;
-    const auto file = sandbox.open();
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.document);
-        settings_sandbox::write(sandbox.user_file(), c.document, c.hour);
-        EXPECT_EQ(namespace_display_on(*file), c.on);
     }
 }

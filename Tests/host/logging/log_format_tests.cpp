@@ -13,8 +13,12 @@ TEST(log_format, prefix_has_seven_decimals_plain_ids_and_the_level_word) {
         SCOPED_TRACE(std::string(c.expected));
         EXPECT_EQ(format_log_prefix(c.when, c.pid, c.tid, c.level), c.expected);
     }
-    const std::string_view words[] = {"DEBUG", "INFO", "WARNING", "ERROR", "CRITICAL", "UNKNOWN"};
-    for (uint32_t level = 0; level < 6; ++level) EXPECT_EQ(level_name(level), words[level]) << level;
+    // The words by the severities that the log calls pass.
+    using enum log_severity;
+    const std::pair<log_severity, std::string_view> words[] = {{debug, "DEBUG"}, {info, "INFO"}, {warning, "WARNING"},
+                                                                {error, "ERROR"}, {critical, "CRITICAL"},
+                                                                {log_severity(5), "UNKNOWN"}};
+    for (const auto& [level, word] : words) EXPECT_EQ(level_name(static_cast<uint32_t>(level)), word);
 }
 
 TEST(log_format, file_name_carries_the_date_only) {

@@ -1,10 +1,8 @@
 #include "host/common/temp_folder.h"
-#include "logging/log.h"
 #include "logging/plain_text_logger.h"
 
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <thread>
 
 TEST(plain_text_logger, appends_utf8_lines_with_bare_line_feeds_to_the_first_file_opened) {
@@ -65,25 +63,4 @@ TEST(plain_text_logger, threads_never_interleave_inside_a_line) {
         EXPECT_EQ(line.substr(line.rfind(':') + 1), body(t));
     }
     EXPECT_EQ(next, std::vector<int>(writers, lines));
-}
-
-// The process's logger opens once per process; this is the one test that opens it.
-TEST(plain_text_logger, each_log_call_writes_one_line_with_its_level_word_narrow_or_wide) {
-    const temp_folder folder;
-    process_logger().open(folder.path / "tray.log");
-    using enum log_severity;
-    for (const auto level : {debug, info, warning, error, critical}) logging::log(level, "Started {} ({})", "Tray", 42);
-    logging::log(info, L"Started {} ({})", L"Tray", 42);
-    logging::log(static_cast<log_severity>(9), "Started {} ({})", "Tray", 42);
-
-    const std::regex line(R"(\[\d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{7}\] \[P:\d+ T:\d+\] \[(\w+)\] (.*))");
-    std::istringstream in(folder.read("tray.log"));
-    std::vector<std::string> levels;
-    for (std::string text; std::getline(in, text);) {
-        std::smatch m;
-        ASSERT_TRUE(std::regex_match(text, m, line)) << text;
-        EXPECT_EQ(m[2], "Started Tray (42)");
-        levels.push_back(m[1]);
-    }
-    EXPECT_EQ(levels, (std::vector<std::string>{"DEBUG", "INFO", "WARNING", "ERROR", "CRITICAL", "INFO", "UNKNOWN"}));
 }

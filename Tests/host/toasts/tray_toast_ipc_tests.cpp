@@ -39,16 +39,10 @@ TEST(tray_toast_ipc, decoding_takes_a_version_1_request_with_text_up_to_the_term
     const struct { const char* name; std::wstring payload; size_t length; const wchar_t* click_arg; } cases[] = {
         {"six fields", fields({L"1", L"i", L"t", L"T", L"x", L"0"}), whole, nullptr},
         {"version 2", fields({L"2", L"i", L"t", L"T", L"x", L"0", L""}), whole, nullptr},
-        {"non-numeric version", fields({L"v1", L"i", L"t", L"T", L"x", L"0", L""}), whole, nullptr},
         {"empty text", fields({L"1", L"i", L"t", L"T", L"", L"0", L""}), whole, nullptr},
-        {"non-numeric action", fields({L"1", L"i", L"t", L"T", L"x", L"open", L""}), whole, nullptr},
         {"action out of range of i32", fields({L"1", L"i", L"t", L"T", L"x", L"99999999999", L""}), whole, nullptr},
-        {"an eighth field is ignored", fields({L"1", L"i", L"t", L"T", L"x", L"0", L"", L"x"}), whole, L""},
-        {"blanks and junk around the version", fields({L" 1abc", L"i", L"t", L"T", L"x", L"0", L""}), whole, L""},
-        {"unknown action 7", fields({L"1", L"i", L"t", L"T", L"x", L"7", L""}), whole, L""},
         {"a terminator ends it", tail + L'\0' + L"\u0001garbage", whole, L"tail"},
         {"the length ends it in the last field", tail, tail.size() - 2, L"ta"},
-        {"no length", tail, 0, nullptr},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
