@@ -1,6 +1,10 @@
 # DLLs the tray needs only for later work (GDI+ for a badge, the menu or the microphone; the web for the
-# update checks) are imported through delay-load stubs, so that each loads at its first call and not
+# update checks; common controls, BSTRs and variants, window themes and DWM for dialogs, the menu and the
+# index sample) are imported through delay-load stubs, so that each loads at its first call and not
 # with the process: fewer DLLs before the icon is in, and none at all in a run that never needs them.
+# Common controls matter most: loaded with the process, their initialisation costs more under Wine than
+# anything else before the icon. A dialog's standard controls still come from version 6: the manifest
+# redirects their classes, and the system loads the library when the first one is created.
 # The stubs are made at configure time from the toolchain's import library; a function missing from them
 # would come from the normal import library, which is correct but loads the DLL at start again.
 find_program(VELDRAKE_DLLTOOL NAMES x86_64-w64-mingw32-dlltool dlltool REQUIRED)
@@ -32,7 +36,7 @@ function(veldrake_delay_load_library out_var dll)
 endfunction()
 
 set(veldrake_delay_load_libraries)
-foreach(dll gdiplus wininet urlmon)
+foreach(dll gdiplus wininet urlmon comctl32 oleaut32 dwmapi uxtheme)
     veldrake_delay_load_library(stubs ${dll})
     list(APPEND veldrake_delay_load_libraries "${stubs}")
 endforeach()

@@ -91,8 +91,8 @@ TEST_F(tray_presentation, badge_restart_and_double_click) {
     const RECT icon = start();
     PostMessageW(tray->window(), WM_VERSION_CHECK_RESULT, 8, 0);
     EXPECT_TRUE(poll_until([&] { return badge_shows(icon); })) << "the red badge of a major update";
+    // The restart's own delete took the icon away; the tray may add it back before any poll could see it gone.
     ASSERT_TRUE(restart_explorer(tray->window(), TRAY_ICON_MAIN));
-    EXPECT_TRUE(poll_until([] { return !find_tray_icon(); })) << "the icon is gone with the old taskbar";
     const RECT back = wait_for_icon();
     EXPECT_TRUE(poll_until([&] { return badge_shows(back); })) << "the icon comes back with its badge";
 
